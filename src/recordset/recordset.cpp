@@ -1,0 +1,231 @@
+#include "recordset.h"
+
+#include "erreur.h"
+
+#include <optional>
+
+namespace recordset {
+
+using veldra::Erreur;
+namespace err = veldra::err;
+
+struct Recordset::Table {
+    std::vector<Field> fields;
+    std::vector<std::vector<QVariant>> rows;
+};
+
+namespace {
+
+[[noreturn]] void noCurrentRecord() {
+    throw Erreur(err::PasDEnregistrement,
+                 QStringLiteral("BOF ou EOF est égal à True, ou l'enregistrement actuel a été "
+                                "supprimé. L'opération demandée requiert un enregistrement "
+                                "actuel."));
+}
+
+} // namespace
+
+Recordset::Recordset() : table_(std::make_shared<Table>()) {}
+
+void Recordset::appendField(const QString& name, DataType type, qint32 definedSize) {
+    if (isOpen())
+        throw Erreur(err::ObjetOuvert,
+                     QStringLiteral("Opération non autorisée si l'objet est ouvert."));
+    if (name.trimmed().isEmpty())
+        throw Erreur(err::ArgumentsIncorrects, QStringLiteral("Nom de colonne vide."));
+    if (definedSize < 0)
+        throw Erreur(err::ArgumentsIncorrects,
+                     QStringLiteral("Taille négative pour la colonne « %1 ».").arg(name));
+    if (fieldIndex(name) >= 0)
+        throw Erreur(err::ChampEnDouble,
+                     QStringLiteral("Impossible d'ajouter la colonne « %1 » : une colonne de ce "
+                                    "nom existe déjà.")
+                         .arg(name));
+    table_->fields.push_back(Field{name, type, definedSize});
+}
+
+const std::vector<Field>& Recordset::fields() const {
+    return table_->fields;
+}
+
+qsizetype Recordset::fieldIndex(QStringView name) const {
+    const auto& fields = table_->fields;
+    for (qsizetype i = 0; i < qsizetype(fields.size()); ++i)
+        if (QStringView(fields[size_t(i)].name).compare(name, Qt::CaseInsensitive) == 0)
+            return i;
+    return -1;
+}
+
+qsizetype Recordset::columnOf(QStringView name) const {
+    const qsizetype i = fieldIndex(name);
+    if (i < 0)
+        throw Erreur(err::ChampInconnu,
+                     QStringLiteral("La colonne « %1 » est introuvable.").arg(name.toString()));
+    return i;
+}
+
+const Field& Recordset::field(QStringView name) const {
+    return table_->fields[size_t(columnOf(name))];
+}
+
+void Recordset::open() {
+    if (isOpen())
+        throw Erreur(err::ObjetOuvert,
+                     QStringLiteral("Opération non autorisée si l'objet est ouvert."));
+    state_ = State::Open;
+    editMode_ = EditMode::None;
+    position_ = table_->rows.empty() ? -1 : 0;
+}
+
+void Recordset::close() {
+    requireOpen();
+    // Clones keep the rows; this object keeps only its column declarations.
+    table_ = std::make_shared<Table>(Table{table_->fields, {}});
+    state_ = State::Closed;
+    position_ = -1;
+    editMode_ = EditMode::None;
+    pendingOriginal_.reset();
+}
+
+RecordsetPtr Recordset::clone() const {
+    requireOpen();
+    auto copy = std::make_shared<Recordset>();
+    copy->table_ = table_;
+    copy->state_ = State::Open;
+    copy->position_ = table_->rows.empty() ? -1 : 0;
+    return copy;
+}
+
+void Recordset::requireOpen() const {
+    if (!isOpen())
+        throw Erreur(err::ObjetFerme,
+                     QStringLiteral("Opération non autorisée si l'objet est fermé."));
+}
+
+qint32 Recordset::recordCount() const {
+    requireOpen();
+    return qint32(table_->rows.size());
+}
+
+bool Recordset::bof() const {
+    requireOpen();
+    return table_->rows.empty() || position_ < 0;
+}
+
+bool Recordset::eof() const {
+    requireOpen();
+    return table_->rows.empty() || position_ >= qint32(table_->rows.size());
+}
+
+void Recordset::moveFirst() {
+    update();
+    if (table_->rows.empty())
+        noCurrentRecord();
+    position_ = 0;
+}
+
+void Recordset::moveLast() {
+    update();
+    if (table_->rows.empty())
+        noCurrentRecord();
+    position_ = qint32(table_->rows.size()) - 1;
+}
+
+void Recordset::moveNext() {
+    if (eof())
+        noCurrentRecord();
+    update();
+    ++position_;
+}
+
+void Recordset::movePrevious() {
+    if (bof())
+        noCurrentRecord();
+    update();
+    --position_;
+}
+
+void Recordset::addNew() {
+    update();
+    table_->rows.emplace_back(table_->fields.size());
+    positionBeforeAdd_ = position_;
+    position_ = qint32(table_->rows.size()) - 1;
+    editMode_ = EditMode::Add;
+}
+
+void Recordset::update() {
+    requireOpen();
+    editMode_ = EditMode::None;
+    pendingOriginal_.reset();
+}
+
+void Recordset::cancelUpdate() {
+    requireOpen();
+    if (editMode_ == EditMode::Add) {
+        table_->rows.erase(table_->rows.begin() + position_);
+        position_ = positionBeforeAdd_;
+    } else if (editMode_ == EditMode::InProgress && pendingOriginal_) {
+        currentRow() = std::move(*pendingOriginal_);
+    }
+    editMode_ = EditMode::None;
+    pendingOriginal_.reset();
+}
+
+EditMode Recordset::editMode() const {
+    requireOpen();
+    return editMode_;
+}
+
+std::vector<QVariant>& Recordset::currentRow() {
+    if (bof() || eof())
+        noCurrentRecord();
+    return table_->rows[size_t(position_)];
+}
+
+const std::vector<QVariant>& Recordset::currentRow() const {
+    if (bof() || eof())
+        noCurrentRecord();
+    return table_->rows[size_t(position_)];
+}
+
+QVariant Recordset::value(QStringView name) const {
+    return value(columnOf(name));
+}
+
+QVariant Recordset::value(qsizetype column) const {
+    requireOpen();
+    if (column < 0 || column >= qsizetype(table_->fields.size()))
+        throw Erreur(err::ChampInconnu,
+                     QStringLiteral("La colonne n° %1 est introuvable.").arg(column));
+    return currentRow()[size_t(column)];
+}
+
+void Recordset::setValue(QStringView name, const QVariant& value) {
+    requireOpen();
+    setValue(columnOf(name), value);
+}
+
+void Recordset::setValue(qsizetype column, const QVariant& value) {
+    requireOpen();
+    if (column < 0 || column >= qsizetype(table_->fields.size()))
+        throw Erreur(err::ChampInconnu,
+                     QStringLiteral("La colonne n° %1 est introuvable.").arg(column));
+    auto& row = currentRow();
+    const Field& f = table_->fields[size_t(column)];
+    QVariant stored = toColumn(value, f.type);
+    if (f.type == DataType::VarWChar && stored.isValid() &&
+        stored.toString().size() > f.definedSize)
+        throw Erreur(err::TexteTropLong,
+                     QStringLiteral("Le texte de %1 caractères dépasse la taille de la colonne "
+                                    "« %2 » (%3 caractères).")
+                         .arg(stored.toString().size())
+                         .arg(f.name)
+                         .arg(f.definedSize));
+    if (editMode_ == EditMode::None) {
+        pendingOriginal_ = row;
+        editMode_ = EditMode::InProgress;
+    }
+    row[size_t(column)] = std::move(stored);
+}
+
+} // namespace recordset

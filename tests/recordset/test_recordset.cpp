@@ -1,0 +1,167 @@
+// The record set's cursor, edits, clones and refusals, as a host uses them.
+#include "recordset/erreur.h"
+#include "recordset/recordset.h"
+
+#include <gtest/gtest.h>
+
+using namespace recordset;
+using veldra::Erreur;
+namespace err = veldra::err;
+
+namespace {
+
+qint32 errorOf(auto&& f) {
+    try {
+        f();
+    } catch (const Erreur& e) {
+        return e.numero();
+    }
+    return 0;
+}
+
+RecordsetPtr plots(int n) {
+    auto rs = std::make_shared<Recordset>();
+    rs->appendField(QStringLiteral("NUM"), DataType::VarWChar, 5);
+    rs->appendField(QStringLiteral("IDGCF"), DataType::SmallInt);
+    rs->appendField(QStringLiteral("AIRE"), DataType::Double);
+    rs->open();
+    for (int i = 0; i < n; ++i) {
+        rs->addNew();
+        rs->setValue(u"Num", QString::number(i + 1));
+        rs->setValue(u"idgcf", i * 10);
+        rs->update();
+    }
+    return rs;
+}
+
+QStringList nums(Recordset& rs) {
+    QStringList out;
+    for (rs.moveFirst(); !rs.eof(); rs.moveNext())
+        out << rs.value(u"NUM").toString();
+    return out;
+}
+
+} // namespace
+
+TEST(Recordset, OpenEmptyIsAtBothEndsAndRefusesMoves) {
+    auto rs = plots(0);
+    EXPECT_TRUE(rs->bof());
+    EXPECT_TRUE(rs->eof());
+    EXPECT_EQ(rs->recordCount(), 0);
+    EXPECT_EQ(errorOf([&] { rs->moveFirst(); }), err::PasDEnregistrement);
+    EXPECT_EQ(errorOf([&] { rs->moveNext(); }), err::PasDEnregistrement);
+    EXPECT_EQ(errorOf([&] { rs->value(u"NUM"); }), err::PasDEnregistrement);
+}
+
+TEST(Recordset, CursorWalksBothWaysAndStopsAtTheEnds) {
+    auto rs = plots(3);
+    EXPECT_EQ(nums(*rs), (QStringList{"1", "2", "3"}));
+    EXPECT_TRUE(rs->eof());
+    EXPECT_EQ(errorOf([&] { rs->moveNext(); }), err::PasDEnregistrement);
+    rs->moveLast();
+    EXPECT_EQ(rs->value(u"NUM").toString(), "3");
+    rs->movePrevious();
+    rs->movePrevious();
+    rs->movePrevious();
+    EXPECT_TRUE(rs->bof());
+    EXPECT_FALSE(rs->eof());
+    EXPECT_EQ(errorOf([&] { rs->movePrevious(); }), err::PasDEnregistrement);
+}
+
+TEST(Recordset, NamesMatchWithoutCaseAndUnknownNamesAreRefused) {
+    auto rs = plots(1);
+    rs->moveFirst();
+    EXPECT_EQ(rs->value(u"iDgCf").toInt(), 0);
+    EXPECT_EQ(rs->field(u"aire").type, DataType::Double);
+    EXPECT_EQ(errorOf([&] { rs->value(u"Section"); }), err::ChampInconnu);
+    EXPECT_EQ(errorOf([&] { rs->setValue(u"Section", 1); }), err::ChampInconnu);
+}
+
+TEST(Recordset, NewFieldsAreNullUntilSet) {
+    auto rs = plots(1);
+    rs->moveFirst();
+    EXPECT_FALSE(rs->value(u"AIRE").isValid());
+    rs->setValue(u"AIRE", QStringLiteral("12,5"));
+    EXPECT_DOUBLE_EQ(rs->value(u"AIRE").toDouble(), 12.5);
+    rs->setValue(u"AIRE", QVariant());
+    EXPECT_FALSE(rs->value(u"AIRE").isValid());
+}
+
+TEST(Recordset, RefusedValuesLeaveTheRecordUnchanged) {
+    auto rs = plots(1);
+    rs->moveFirst();
+    EXPECT_EQ(errorOf([&] { rs->setValue(u"IDGCF", 32768); }), err::Depassement);
+    EXPECT_EQ(errorOf([&] { rs->setValue(u"IDGCF", -32769); }), err::Depassement);
+    EXPECT_EQ(errorOf([&] { rs->setValue(u"IDGCF", QStringLiteral("douze")); }),
+              err::TypeIncompatible);
+    EXPECT_EQ(errorOf([&] { rs->setValue(u"NUM", QStringLiteral("123456")); }), err::TexteTropLong);
+    EXPECT_EQ(rs->value(u"IDGCF").toInt(), 0);
+    EXPECT_EQ(rs->value(u"NUM").toString(), "1");
+    rs->setValue(u"NUM", QStringLiteral("12345")); // exactly the size
+    EXPECT_EQ(rs->value(u"NUM").toString(), "12345");
+}
+
+TEST(Recordset, CancelUpdateDropsANewRecordOrRestoresAnEdit) {
+    auto rs = plots(2);
+    rs->moveFirst();
+    rs->addNew();
+    rs->setValue(u"NUM", QStringLiteral("x"));
+    EXPECT_EQ(rs->recordCount(), 3);
+    rs->cancelUpdate();
+    EXPECT_EQ(rs->recordCount(), 2);
+    EXPECT_EQ(rs->value(u"NUM").toString(), "1");
+
+    rs->setValue(u"NUM", QStringLiteral("y"));
+    EXPECT_EQ(rs->editMode(), EditMode::InProgress);
+    rs->cancelUpdate();
+    EXPECT_EQ(rs->value(u"NUM").toString(), "1");
+    EXPECT_EQ(rs->editMode(), EditMode::None);
+}
+
+TEST(Recordset, CloneHasItsOwnCursorAndSurvivesTheOriginalsClose) {
+    auto rs = plots(3);
+    rs->moveLast();
+    auto copy = rs->clone();
+    EXPECT_EQ(copy->value(u"NUM").toString(), "1"); // a clone starts at the first record
+    EXPECT_EQ(rs->value(u"NUM").toString(), "3");
+    rs->close();
+    EXPECT_EQ(rs->state(), State::Closed);
+    EXPECT_EQ(copy->recordCount(), 3);
+    EXPECT_EQ(nums(*copy), (QStringList{"1", "2", "3"}));
+    copy->addNew(); // clones may still add rows
+    copy->setValue(u"NUM", QStringLiteral("4"));
+    copy->update();
+    EXPECT_EQ(copy->recordCount(), 4);
+}
+
+TEST(Recordset, AClosedRecordSetRefusesEverythingButItsColumns) {
+    auto rs = plots(2);
+    rs->close();
+    for (auto use : std::initializer_list<std::function<void()>>{
+             [&] { rs->recordCount(); }, [&] { rs->moveFirst(); }, [&] { rs->eof(); },
+             [&] { rs->addNew(); }, [&] { rs->value(u"NUM"); }, [&] { rs->clone(); },
+             [&] { rs->close(); }})
+        EXPECT_EQ(errorOf(use), err::ObjetFerme);
+    EXPECT_EQ(rs->fields().size(), 3u);
+    rs->open(); // reopened, it is empty
+    EXPECT_EQ(rs->recordCount(), 0);
+}
+
+TEST(Recordset, ColumnsAreDeclaredOnlyWhileClosedAndOnce) {
+    Recordset rs;
+    rs.appendField(QStringLiteral("NOM"), DataType::VarWChar, 32);
+    EXPECT_EQ(errorOf([&] { rs.appendField(QStringLiteral("nom"), DataType::Boolean); }),
+              err::ChampEnDouble);
+    EXPECT_EQ(errorOf([&] { rs.appendField(QStringLiteral(" "), DataType::Boolean); }),
+              err::ArgumentsIncorrects);
+    EXPECT_EQ(errorOf([&] { rs.appendField(QStringLiteral("T"), DataType::VarWChar, -1); }),
+              err::ArgumentsIncorrects);
+    rs.open();
+    EXPECT_EQ(errorOf([&] { rs.appendField(QStringLiteral("X"), DataType::Boolean); }),
+              err::ObjetOuvert);
+}
+
+TEST(Recordset, ErreurFormatsNumberAndDescription) {
+    const Erreur e(err::Depassement, QStringLiteral("Dépassement de capacité"));
+    EXPECT_EQ(e.message(), QStringLiteral("6 : Dépassement de capacité"));
+}
