@@ -1,0 +1,7 @@
+#pragma once
+// What test fixtures and benchmarks use to write plans and the symbol library.
+
+#include "veldra-plan/empty_plan.h"
+#include "veldra-plan/plan_schema.h"
+#include "veldra-plan/sample_plan.h"
+#include "veldra-plan/symbol_library.h"

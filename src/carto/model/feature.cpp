@@ -1,0 +1,309 @@
+#include "feature.h"
+
+#include "carto/model/layer.h"
+#include "carto/model/text_metrics.h"
+#include "recordset/erreur.h"
+
+#include <cmath>
+
+namespace carto {
+
+using veldra::Erreur;
+namespace err = veldra::err;
+
+namespace {
+
+const Parts kNoParts;
+const Style kDefaultStyle;
+
+[[noreturn]] void detached() {
+    throw Erreur(err::ObjetInconnu, QStringLiteral("L'objet n'est pas valide."));
+}
+
+Rect partsBounds(const Parts& parts) {
+    Rect r;
+    for (const Part& part : parts)
+        for (const Point& p : part)
+            r = r.united(Rect{p.x, p.y, p.x, p.y});
+    return r;
+}
+
+Feature make(FeatureKind kind, Parts parts, const Style& style, QString text = {}) {
+    auto data = std::make_shared<FeatureData>();
+    data->kind = kind;
+    data->parts = std::move(parts);
+    data->style = std::make_shared<const Style>(style);
+    data->text = std::move(text);
+    refreshDerived(*data);
+    return Feature(nullptr, -1, std::move(data));
+}
+
+} // namespace
+
+void refreshDerived(FeatureData& data) {
+    data.centre.reset();
+    if (data.kind == FeatureKind::Text && !data.parts.empty() && !data.parts[0].empty())
+        data.bounds =
+            textBounds(data.parts[0][0], data.text, data.style ? *data.style : kDefaultStyle);
+    else
+        data.bounds = partsBounds(data.parts);
+}
+
+Geometry regionGeometry(const Parts& rings) {
+    if (rings.size() == 1)
+        return Geometry::polygon(rings);
+    std::vector<Geometry> shells;
+    shells.reserve(rings.size());
+    for (const Part& ring : rings)
+        shells.push_back(Geometry::polygon({ring}));
+    // Even-odd: the symmetric difference of all rings.
+    std::optional<Geometry> result;
+    for (const Geometry& g : shells) {
+        if (!result) {
+            result = g.clone();
+            continue;
+        }
+        Geometry both = intersection(*result, g);
+        Geometry either = unionOf(std::vector<const Geometry*>{&*result, &g});
+        result = difference(either, both);
+    }
+    return std::move(*result);
+}
+
+Geometry geometryOf(const FeatureData& data) {
+    if (data.parts.empty())
+        return Geometry::empty();
+    switch (data.kind) {
+    case FeatureKind::Region:
+        return regionGeometry(data.parts);
+    case FeatureKind::Line:
+        return data.parts.size() == 1 ? Geometry::lineString(data.parts[0])
+                                      : Geometry::multiLineString(data.parts);
+    case FeatureKind::Text:
+        return Geometry::rectangle(data.bounds);
+    case FeatureKind::Symbol:
+        break;
+    }
+    return Geometry::point(data.parts[0].at(0));
+}
+
+Feature::Feature() = default;
+
+Feature::Feature(const Layer* layer, qint64 fid, std::shared_ptr<const FeatureData> data)
+    : layer_(layer), fid_(fid), data_(std::move(data)) {}
+
+Feature Feature::region(const Parts& rings, const Style& style) {
+    for (const Part& ring : rings)
+        Geometry::polygon({ring}); // refuses NaN and short rings
+    return make(FeatureKind::Region, rings, style);
+}
+
+Feature Feature::line(const Parts& lines, const Style& style) {
+    for (const Part& l : lines)
+        Geometry::lineString(l);
+    return make(FeatureKind::Line, lines, style);
+}
+
+Feature Feature::symbol(Point at, const Style& style) {
+    Geometry::point(at);
+    return make(FeatureKind::Symbol, {{at}}, style);
+}
+
+Feature Feature::textAt(Point anchor, const QString& text, const Style& style) {
+    Geometry::point(anchor);
+    return make(FeatureKind::Text, {{anchor}}, style, text);
+}
+
+Feature Feature::fromGeometry(const Geometry& g, const Style& style) {
+    switch (g.type()) {
+    case GeometryType::Polygon:
+        return make(FeatureKind::Region, g.parts(), style);
+    case GeometryType::Line:
+        return make(FeatureKind::Line, g.parts(), style);
+    case GeometryType::Point:
+        return make(FeatureKind::Symbol, g.parts(), style);
+    default:
+        throw Erreur(err::GeometrieInvalide,
+                     QStringLiteral("La géométrie ne peut pas devenir un objet du plan."));
+    }
+}
+
+const FeatureData& Feature::data() const {
+    if (!data_)
+        detached();
+    return *data_;
+}
+
+FeatureData& Feature::edit() {
+    if (!data_)
+        detached();
+    if (data_.use_count() > 1) {
+        auto copy = std::make_shared<FeatureData>(*data_);
+        data_ = copy;
+        return *copy;
+    }
+    return const_cast<FeatureData&>(*data_);
+}
+
+FeatureKind Feature::kind() const {
+    return data().kind;
+}
+
+QString Feature::uniqueKey() const {
+    return fid_ < 0 ? QString() : QString::number(fid_);
+}
+
+const Parts& Feature::parts() const {
+    return data_ ? data_->parts : kNoParts;
+}
+
+int Feature::numParts() const {
+    const FeatureData& d = data();
+    if (d.kind != FeatureKind::Region || d.parts.size() <= 1)
+        return int(d.parts.size());
+    return geometry().numParts();
+}
+
+Point Feature::point(int part, int index) const {
+    const Parts& p = data().parts;
+    if (part < 0 || size_t(part) >= p.size() || index < 0 ||
+        size_t(index) >= p[size_t(part)].size())
+        throw Erreur(err::AppelIncorrect,
+                     QStringLiteral("Point %1 de la partie %2 inexistant.").arg(index).arg(part));
+    return p[size_t(part)][size_t(index)];
+}
+
+void Feature::setPoint(int part, int index, Point pt) {
+    point(part, index); // range check
+    if (!std::isfinite(pt.x) || !std::isfinite(pt.y))
+        throw Erreur(err::GeometrieInvalide, QStringLiteral("Coordonnées non finies."));
+    FeatureData& d = edit();
+    Part& ring = d.parts[size_t(part)];
+    const bool closesRing = d.kind == FeatureKind::Region && ring.size() > 1 &&
+                            ring.front() == ring.back() &&
+                            (index == 0 || size_t(index) == ring.size() - 1);
+    ring[size_t(index)] = pt;
+    if (closesRing) { // keep a closed ring closed
+        ring.front() = pt;
+        ring.back() = pt;
+    }
+    refreshDerived(d);
+}
+
+void Feature::setParts(Parts parts) {
+    const FeatureKind k = kind();
+    const Feature check = k == FeatureKind::Region ? region(parts)
+                          : k == FeatureKind::Line ? line(parts)
+                                                   : symbol(parts.at(0).at(0));
+    FeatureData& d = edit();
+    d.parts = check.data().parts;
+    refreshDerived(d);
+}
+
+Point Feature::centre() const {
+    const FeatureData& d = data();
+    if (!d.centre) {
+        if (d.kind == FeatureKind::Region && !d.parts.empty())
+            d.centre = geometry().centroid();
+        else
+            d.centre = d.bounds.isNull() ? Point{} : d.bounds.center();
+    }
+    return *d.centre;
+}
+
+Rect Feature::bounds() const {
+    return data().bounds;
+}
+
+double Feature::area() const {
+    return kind() == FeatureKind::Region && !parts().empty() ? geometry().area() : 0.0;
+}
+
+double Feature::length() const {
+    const FeatureKind k = kind();
+    return (k == FeatureKind::Region || k == FeatureKind::Line) && !parts().empty()
+               ? geometry().length()
+               : 0.0;
+}
+
+Geometry Feature::geometry() const {
+    return geometryOf(data());
+}
+
+void Feature::offset(double dx, double dy) {
+    if (!std::isfinite(dx) || !std::isfinite(dy))
+        throw Erreur(err::GeometrieInvalide, QStringLiteral("Déplacement non fini."));
+    FeatureData& d = edit();
+    for (Part& part : d.parts)
+        for (Point& p : part) {
+            p.x += dx;
+            p.y += dy;
+        }
+    refreshDerived(d);
+}
+
+QString Feature::text() const {
+    return data().text;
+}
+
+void Feature::setText(const QString& text) {
+    FeatureData& d = edit();
+    d.text = text;
+    refreshDerived(d);
+}
+
+const Style& Feature::style() const {
+    const FeatureData& d = data();
+    return d.style ? *d.style : kDefaultStyle;
+}
+
+void Feature::setStyle(const Style& style) {
+    FeatureData& d = edit();
+    d.style = std::make_shared<const Style>(style);
+    refreshDerived(d);
+}
+
+qsizetype Feature::column(QStringView name) const {
+    const qsizetype i = layer_ ? layer_->fieldIndex(name) : -1;
+    if (i < 0)
+        throw Erreur(err::ChampInconnu,
+                     QStringLiteral("La colonne « %1 » est introuvable%2.")
+                         .arg(name.toString(),
+                              layer_ ? QStringLiteral(" dans la couche « %1 »").arg(layer_->name())
+                                     : QString()));
+    return i;
+}
+
+QVariant Feature::attribute(QStringView name) const {
+    const qsizetype i = column(name);
+    const auto& attrs = data().attributes;
+    return size_t(i) < attrs.size() ? attrs[size_t(i)] : QVariant();
+}
+
+void Feature::setAttribute(QStringView name, const QVariant& value) {
+    const qsizetype i = column(name);
+    FeatureData& d = edit();
+    if (d.attributes.size() <= size_t(i))
+        d.attributes.resize(size_t(i) + 1);
+    d.attributes[size_t(i)] = value;
+}
+
+QVariant Feature::keyValue() const {
+    if (!layer_ || layer_->keyField.isEmpty())
+        return fid_ < 0 ? QVariant() : QVariant(fid_);
+    return attribute(layer_->keyField);
+}
+
+void Feature::setKeyValue(const QVariant& value) {
+    if (!layer_ || layer_->keyField.isEmpty())
+        throw Erreur(err::ChampInconnu, QStringLiteral("La couche n'a pas de colonne clé."));
+    setAttribute(layer_->keyField, value);
+}
+
+void Feature::attach(const Layer* layer, qint64 fid, std::shared_ptr<const FeatureData> data) {
+    layer_ = layer;
+    fid_ = fid;
+    data_ = std::move(data);
+}
+
+} // namespace carto

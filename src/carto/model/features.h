@@ -1,0 +1,68 @@
+#pragma once
+// An ordered collection of features of one layer, without duplicates: search results,
+// selections and working sets. It holds FIDs and reads the features from the layer when
+// iterated, so it stays cheap whatever its size.
+
+#include "carto/model/feature.h"
+
+#include <unordered_set>
+#include <vector>
+
+namespace carto {
+
+class Features {
+public:
+    Features() = default;
+    explicit Features(const Layer* layer) : layer_(layer) {}
+    Features(const Layer* layer, std::vector<qint64> fids);
+
+    const Layer* layer() const { return layer_; }
+    int count() const { return int(fids_.size()); }
+    bool isEmpty() const { return fids_.empty(); }
+    bool contains(qint64 fid) const;
+    const std::vector<qint64>& fids() const { return fids_; }
+
+    // A feature of another layer, or a detached one, is refused with Erreur.
+    void add(const Feature& f);
+    void add(qint64 fid);
+    void add(const Features& other);
+    void remove(qint64 fid);
+    void clear();
+    // Keeps the features present in both, in this collection's order.
+    void intersect(const Features& other);
+
+    Feature at(int index) const; // 0-based
+    Rect bounds() const;
+
+    class const_iterator {
+    public:
+        using value_type = Feature;
+        using difference_type = std::ptrdiff_t;
+        const_iterator() = default;
+        const_iterator(const Features* owner, size_t i) : owner_(owner), i_(i) {}
+        Feature operator*() const;
+        const_iterator& operator++() {
+            ++i_;
+            return *this;
+        }
+        const_iterator operator++(int) {
+            auto copy = *this;
+            ++i_;
+            return copy;
+        }
+        bool operator==(const const_iterator& o) const { return i_ == o.i_; }
+
+    private:
+        const Features* owner_ = nullptr;
+        size_t i_ = 0;
+    };
+    const_iterator begin() const { return {this, 0}; }
+    const_iterator end() const { return {this, fids_.size()}; }
+
+private:
+    const Layer* layer_ = nullptr;
+    std::vector<qint64> fids_;
+    std::unordered_set<qint64> members_;
+};
+
+} // namespace carto

@@ -1,0 +1,191 @@
+#include "map.h"
+
+#include "carto/storage/map_store.h"
+#include "recordset/erreur.h"
+
+#include <cmath>
+
+namespace carto {
+
+using veldra::Erreur;
+namespace err = veldra::err;
+
+Map::Map(QObject* parent) : QObject(parent) {
+    selectionStyle.regionPattern = pattern::DiagonalCross;
+    selectionStyle.regionColor = 0x00FFFF; // yellow
+    selectionStyle.regionTransparent = true;
+    selectionStyle.regionBorderColor = 0x00FFFF;
+    selectionStyle.regionBorderWidth = 2;
+    selectionStyle.lineColor = 0x00FFFF;
+}
+
+Map::~Map() {
+    // Datasets refer to layers: drop them first.
+    datasets_.clear();
+    layers_.clear();
+}
+
+void Map::loadMapSet(const QString& pathOrConnection) {
+    auto store = MapStore::open(pathOrConnection);
+    std::vector<std::unique_ptr<Layer>> layers;
+    for (const MapStore::LayerEntry& entry : store->layers()) {
+        if (!entry.rasterSource.isEmpty()) {
+            auto raster = std::make_unique<Layer>(this, entry.name, FieldList{}, true);
+            raster->rasterSource = entry.rasterSource;
+            raster->selectable = false;
+            layers.push_back(std::move(raster));
+            continue;
+        }
+        const FieldList fields = store->fields(entry.name);
+        auto layer = std::make_unique<Layer>(this, entry.name, fields, false);
+        layer->loadFeatures(store->readFeatures(entry.name, fields));
+        layers.push_back(std::move(layer));
+    }
+    datasets_.clear();
+    layers_ = std::move(layers);
+    store_ = std::move(store);
+    emit datasetsChanged();
+    emit layersChanged();
+}
+
+QString Map::mapSet() const {
+    return store_ ? store_->source() : QString();
+}
+
+Layer* Map::layerAt(int index) const {
+    if (index < 0 || index >= layerCount())
+        throw Erreur(err::CoucheInconnue,
+                     QStringLiteral("Il n'y a pas de couche n° %1.").arg(index));
+    return layers_[size_t(index)].get();
+}
+
+Layer* Map::layer(QStringView name) const {
+    for (const auto& l : layers_)
+        if (l->name() == name)
+            return l.get();
+    return nullptr;
+}
+
+Layer& Map::requireLayer(QStringView name) const {
+    if (Layer* l = layer(name))
+        return *l;
+    throw Erreur(err::CoucheInconnue,
+                 QStringLiteral("La couche « %1 » est introuvable.").arg(name.toString()));
+}
+
+std::vector<Layer*> Map::layers() const {
+    std::vector<Layer*> out;
+    for (const auto& l : layers_)
+        out.push_back(l.get());
+    return out;
+}
+
+Layer& Map::addLayer(const LayerInfo& info) {
+    if (info.type != LayerInfoTemporary)
+        throw Erreur(err::AppelIncorrect,
+                     QStringLiteral("Type de couche %1 non pris en charge.").arg(info.type));
+    const auto param = [&](const char* key) -> const LayerInfo::Parameter* {
+        for (const auto& [name, value] : info.parameters)
+            if (name.compare(QLatin1String(key), Qt::CaseInsensitive) == 0)
+                return &value;
+        return nullptr;
+    };
+    const auto* name = param("Name");
+    if (!name || !std::holds_alternative<QString>(*name) || std::get<QString>(*name).isEmpty())
+        throw Erreur(err::AppelIncorrect, QStringLiteral("Le nom de la couche à créer manque."));
+    if (const auto* storage = param("TableStorageType");
+        storage && (!std::holds_alternative<QString>(*storage) ||
+                    std::get<QString>(*storage).compare(u"MemTable", Qt::CaseInsensitive) != 0))
+        throw Erreur(err::AppelIncorrect,
+                     QStringLiteral("Seules les couches en mémoire (« MemTable ») sont créées."));
+    const Features* source = nullptr;
+    if (const auto* f = param("Features"); f && std::holds_alternative<Features>(*f))
+        source = &std::get<Features>(*f);
+    FieldList fields;
+    if (const auto* f = param("Fields"); f && std::holds_alternative<FieldList>(*f))
+        fields = std::get<FieldList>(*f);
+    else if (source && source->layer())
+        fields = source->layer()->fields();
+
+    auto layer = std::make_unique<Layer>(this, std::get<QString>(*name), fields, true);
+    layer->editable = true;
+    if (source)
+        for (const Feature& f : *source)
+            layer->addFeature(f);
+    layers_.push_back(std::move(layer));
+    emit layersChanged();
+    return *layers_.back();
+}
+
+void Map::removeLayer(QStringView name) {
+    std::erase_if(datasets_, [&](const auto& d) { return d->layer().name() == name; });
+    std::erase_if(layers_, [&](const auto& l) { return l->name() == name; });
+    emit layersChanged();
+}
+
+void Map::removeAllLayers() {
+    datasets_.clear();
+    layers_.clear();
+    store_.reset();
+    emit datasetsChanged();
+    emit layersChanged();
+}
+
+Dataset& Map::addDataset(Layer& layer, const QString& name) {
+    if (!name.isEmpty())
+        removeDataset(name);
+    datasets_.push_back(std::make_unique<Dataset>(name, layer));
+    emit datasetsChanged();
+    return *datasets_.back();
+}
+
+Dataset& Map::addDataset(Layer& layer, const recordset::Recordset& rows, const QString& geoField,
+                         const QString& name) {
+    auto dataset = std::make_unique<Dataset>(name, layer, rows, geoField);
+    if (!name.isEmpty())
+        removeDataset(name);
+    datasets_.push_back(std::move(dataset));
+    emit datasetsChanged();
+    return *datasets_.back();
+}
+
+Dataset* Map::dataset(QStringView name) const {
+    for (const auto& d : datasets_)
+        if (QStringView(d->name()).compare(name, Qt::CaseInsensitive) == 0)
+            return d.get();
+    return nullptr;
+}
+
+std::vector<Dataset*> Map::datasets() const {
+    std::vector<Dataset*> out;
+    for (const auto& d : datasets_)
+        out.push_back(d.get());
+    return out;
+}
+
+std::vector<Dataset*> Map::datasetsOf(const Layer& layer) const {
+    std::vector<Dataset*> out;
+    for (const auto& d : datasets_)
+        if (&d->layer() == &layer)
+            out.push_back(d.get());
+    return out;
+}
+
+void Map::removeDataset(QStringView name) {
+    const auto before = datasets_.size();
+    for (const auto& l : layers_)
+        if (l->labels.dataset &&
+            QStringView(l->labels.dataset->name()).compare(name, Qt::CaseInsensitive) == 0)
+            l->labels.dataset = nullptr;
+    std::erase_if(datasets_, [&](const auto& d) {
+        return QStringView(d->name()).compare(name, Qt::CaseInsensitive) == 0;
+    });
+    if (datasets_.size() != before)
+        emit datasetsChanged();
+}
+
+double Map::distance(Point a, Point b) {
+    return std::hypot(b.x - a.x, b.y - a.y);
+}
+
+} // namespace carto

@@ -1,0 +1,37 @@
+#pragma once
+// The R-tree of a layer: the bounding box of every feature, by FID. Kept current on every
+// add, update and delete; every spatial search starts here.
+
+#include "carto/geometry/rect.h"
+
+#include <QtGlobal>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace carto {
+
+class SpatialIndex {
+public:
+    SpatialIndex();
+    ~SpatialIndex();
+    SpatialIndex(SpatialIndex&&) noexcept;
+    SpatialIndex& operator=(SpatialIndex&&) noexcept;
+
+    // Bulk load, much faster than inserting one by one.
+    void rebuild(const std::vector<std::pair<Rect, qint64>>& entries);
+    void insert(const Rect& box, qint64 fid);
+    void remove(const Rect& box, qint64 fid);
+    void clear();
+    size_t size() const;
+
+    // FIDs whose box intersects (touches included) the rectangle.
+    std::vector<qint64> intersecting(const Rect& r) const;
+    std::vector<qint64> containingPoint(Point p) const;
+
+private:
+    struct Tree;
+    std::unique_ptr<Tree> tree_;
+};
+
+} // namespace carto

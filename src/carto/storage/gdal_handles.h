@@ -1,0 +1,36 @@
+#pragma once
+// RAII owners of GDAL/OGR handles used by the storage code.
+
+#include <gdal_priv.h>
+#include <memory>
+#include <ogr_feature.h>
+#include <ogrsf_frmts.h>
+
+namespace carto::gdal {
+
+struct ResultSetReleaser {
+    GDALDataset* dataset = nullptr;
+    void operator()(OGRLayer* layer) const {
+        if (dataset && layer)
+            dataset->ReleaseResultSet(layer);
+    }
+};
+
+// A layer returned by ExecuteSQL, given back to its dataset when done.
+using ResultSet = std::unique_ptr<OGRLayer, ResultSetReleaser>;
+
+inline ResultSet executeSql(GDALDataset& ds, const char* sql) {
+    return ResultSet(ds.ExecuteSQL(sql, nullptr, nullptr), ResultSetReleaser{&ds});
+}
+
+// GDAL writes its errors to stderr by default; storage code reads them from
+// CPLGetLastErrorMsg instead, while this guard lives.
+class QuietErrors {
+public:
+    QuietErrors() { CPLPushErrorHandler(CPLQuietErrorHandler); }
+    ~QuietErrors() { CPLPopErrorHandler(); }
+    QuietErrors(const QuietErrors&) = delete;
+    QuietErrors& operator=(const QuietErrors&) = delete;
+};
+
+} // namespace carto::gdal

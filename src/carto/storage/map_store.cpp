@@ -1,0 +1,403 @@
+#include "map_store.h"
+
+#include "carto/geometry/geometry.h"
+#include "carto/storage/gdal_handles.h"
+#include "carto/storage/style_string.h"
+#include "recordset/erreur.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+#include <ogr_geometry.h>
+
+namespace carto {
+
+using veldra::Erreur;
+namespace err = veldra::err;
+
+void DatasetCloser::operator()(GDALDataset* ds) const {
+    GDALClose(ds);
+}
+
+namespace {
+
+constexpr const char* kStyleColumn = "OGR_STYLE";
+constexpr const char* kTextColumn = "Texte";
+
+QString lastGdalError() {
+    const QString msg = QString::fromUtf8(CPLGetLastErrorMsg());
+    return msg.isEmpty() ? QStringLiteral("erreur inconnue") : msg;
+}
+
+[[noreturn]] void unreadable(const QString& source, const QString& why) {
+    throw Erreur(err::PlanIllisible,
+                 QStringLiteral("Impossible d'ouvrir le plan « %1 » : %2").arg(source, why));
+}
+
+[[noreturn]] void writeFailed(const QString& layer, const QString& why) {
+    throw Erreur(err::EcritureImpossible,
+                 QStringLiteral("Écriture impossible dans la couche « %1 » : %2").arg(layer, why));
+}
+
+FieldType typeOf(OGRFieldType t) {
+    switch (t) {
+    case OFTInteger:
+    case OFTInteger64:
+        return FieldType::Integer;
+    case OFTReal:
+        return FieldType::Real;
+    case OFTDate:
+    case OFTDateTime:
+        return FieldType::Date;
+    default:
+        return FieldType::Text;
+    }
+}
+
+void appendRing(const OGRSimpleCurve& curve, Parts& parts) {
+    Part part;
+    part.reserve(size_t(curve.getNumPoints()));
+    for (int i = 0; i < curve.getNumPoints(); ++i)
+        part.push_back(Point{curve.getX(i), curve.getY(i)});
+    parts.push_back(std::move(part));
+}
+
+// Parts and kind of an OGR geometry; curves are read as their linear approximation.
+void readGeometry(const OGRGeometry& g, FeatureKind& kind, Parts& parts) {
+    switch (wkbFlatten(g.getGeometryType())) {
+    case wkbPoint: {
+        const auto& p = static_cast<const OGRPoint&>(g);
+        if (!p.IsEmpty())
+            parts.push_back(Part{Point{p.getX(), p.getY()}});
+        kind = FeatureKind::Symbol;
+        break;
+    }
+    case wkbLineString:
+        appendRing(static_cast<const OGRLineString&>(g), parts);
+        kind = FeatureKind::Line;
+        break;
+    case wkbPolygon: {
+        const auto& poly = static_cast<const OGRPolygon&>(g);
+        for (const OGRLinearRing* ring : poly)
+            appendRing(*ring, parts);
+        kind = FeatureKind::Region;
+        break;
+    }
+    case wkbMultiPoint:
+    case wkbMultiLineString:
+    case wkbMultiPolygon:
+    case wkbGeometryCollection: {
+        const auto& coll = static_cast<const OGRGeometryCollection&>(g);
+        for (const OGRGeometry* member : coll)
+            readGeometry(*member, kind, parts);
+        break;
+    }
+    default: {
+        const std::unique_ptr<OGRGeometry> linear(g.getLinearGeometry());
+        if (linear && wkbFlatten(linear->getGeometryType()) != wkbFlatten(g.getGeometryType()))
+            readGeometry(*linear, kind, parts);
+        break;
+    }
+    }
+}
+
+std::unique_ptr<OGRLinearRing> ringOf(const Part& part) {
+    auto ring = std::make_unique<OGRLinearRing>();
+    ring->setNumPoints(int(part.size()), FALSE);
+    for (size_t i = 0; i < part.size(); ++i)
+        ring->setPoint(int(i), part[i].x, part[i].y);
+    ring->closeRings();
+    return ring;
+}
+
+std::unique_ptr<OGRGeometry> ogrGeometry(const FeatureData& d) {
+    if (d.parts.empty())
+        return nullptr;
+    switch (d.kind) {
+    case FeatureKind::Symbol:
+    case FeatureKind::Text:
+        return std::make_unique<OGRPoint>(d.parts[0].at(0).x, d.parts[0].at(0).y);
+    case FeatureKind::Line: {
+        auto lineOf = [](const Part& part) {
+            auto line = std::make_unique<OGRLineString>();
+            line->setNumPoints(int(part.size()), FALSE);
+            for (size_t i = 0; i < part.size(); ++i)
+                line->setPoint(int(i), part[i].x, part[i].y);
+            return line;
+        };
+        if (d.parts.size() == 1)
+            return lineOf(d.parts[0]);
+        auto multi = std::make_unique<OGRMultiLineString>();
+        for (const Part& part : d.parts)
+            multi->addGeometryDirectly(lineOf(part).release());
+        return multi;
+    }
+    case FeatureKind::Region:
+        break;
+    }
+    if (d.parts.size() == 1) {
+        auto poly = std::make_unique<OGRPolygon>();
+        poly->addRingDirectly(ringOf(d.parts[0]).release());
+        return poly;
+    }
+    // Several rings: which are holes is decided by the geometry engine.
+    const QByteArray wkt = regionGeometry(d.parts).toWkt(15).toUtf8();
+    OGRGeometry* g = nullptr;
+    if (OGRGeometryFactory::createFromWkt(wkt.constData(), nullptr, &g) != OGRERR_NONE)
+        throw Erreur(err::GeometrieInvalide, QStringLiteral("Géométrie impossible à écrire."));
+    return std::unique_ptr<OGRGeometry>(g);
+}
+
+QVariant readField(const OGRFeature& f, int i, OGRFieldType type) {
+    if (!f.IsFieldSetAndNotNull(i))
+        return {};
+    switch (type) {
+    case OFTInteger:
+        return f.GetFieldAsInteger(i);
+    case OFTInteger64:
+        return qlonglong(f.GetFieldAsInteger64(i));
+    case OFTReal:
+        return f.GetFieldAsDouble(i);
+    case OFTDate:
+    case OFTDateTime: {
+        int y = 0, mo = 0, d = 0, h = 0, mi = 0, tz = 0;
+        float s = 0;
+        f.GetFieldAsDateTime(i, &y, &mo, &d, &h, &mi, &s, &tz);
+        return QDateTime(QDate(y, mo, d), QTime(h, mi, int(s)));
+    }
+    default:
+        return QString::fromUtf8(f.GetFieldAsString(i));
+    }
+}
+
+void writeField(OGRFeature& f, int i, FieldType type, const QVariant& v) {
+    if (!v.isValid() || v.isNull()) {
+        f.SetFieldNull(i);
+        return;
+    }
+    switch (type) {
+    case FieldType::Integer:
+        f.SetField(i, GIntBig(v.toLongLong()));
+        break;
+    case FieldType::Real:
+        f.SetField(i, v.toDouble());
+        break;
+    case FieldType::Date: {
+        const QDateTime d = v.toDateTime();
+        f.SetField(i, d.date().year(), d.date().month(), d.date().day(), d.time().hour(),
+                   d.time().minute(), float(d.time().second()), 0);
+        break;
+    }
+    case FieldType::Text:
+        f.SetField(i, v.toString().toUtf8().constData());
+        break;
+    }
+}
+
+} // namespace
+
+MapStore::MapStore(QString source, std::unique_ptr<GDALDataset, DatasetCloser> ds)
+    : source_(std::move(source)), ds_(std::move(ds)) {}
+
+MapStore::~MapStore() {
+    if (depth_ > 0 && ds_)
+        ds_->RollbackTransaction();
+}
+
+std::unique_ptr<MapStore> MapStore::open(const QString& pathOrConnection) {
+    GDALAllRegister();
+    const gdal::QuietErrors quiet;
+    CPLErrorReset();
+    const bool isFile = !pathOrConnection.contains(u':') || QFileInfo::exists(pathOrConnection);
+    if (isFile && !QFileInfo(pathOrConnection).isFile())
+        unreadable(pathOrConnection, QStringLiteral("fichier introuvable"));
+    std::unique_ptr<GDALDataset, DatasetCloser> ds(
+        GDALDataset::Open(pathOrConnection.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE,
+                          nullptr, nullptr, nullptr));
+    if (!ds)
+        unreadable(pathOrConnection, lastGdalError());
+    std::unique_ptr<MapStore> store(new MapStore(pathOrConnection, std::move(ds)));
+    GDALDataset& d = *store->ds_;
+
+    const QString folder = isFile ? QFileInfo(pathOrConnection).absolutePath() : QString();
+    if (auto order =
+            gdal::executeSql(d, "SELECT layer_name, source FROM mapset_layers ORDER BY position")) {
+        for (auto& row : *order) {
+            LayerEntry e{QString::fromUtf8(row->GetFieldAsString(0)), {}};
+            if (row->IsFieldSetAndNotNull(1)) {
+                const QString src = QString::fromUtf8(row->GetFieldAsString(1));
+                e.rasterSource = isFile && QDir::isRelativePath(src) ? folder + u'/' + src : src;
+            } else if (!d.GetLayerByName(row->GetFieldAsString(0)) && isFile) {
+                // A tile table of the GeoPackage itself.
+                e.rasterSource = QStringLiteral("GPKG:%1:%2").arg(pathOrConnection, e.name);
+            }
+            store->layers_.push_back(std::move(e));
+        }
+    }
+    if (store->layers_.empty()) {
+        CPLErrorReset();
+        for (int i = 0; i < d.GetLayerCount(); ++i)
+            store->layers_.push_back({QString::fromUtf8(d.GetLayer(i)->GetName()), {}});
+    }
+    if (store->layers_.empty())
+        unreadable(pathOrConnection, QStringLiteral("aucune couche"));
+    return store;
+}
+
+OGRLayer* MapStore::ogrLayer(const QString& name) const {
+    OGRLayer* layer = ds_->GetLayerByName(name.toUtf8().constData());
+    if (!layer)
+        throw Erreur(err::CoucheInconnue,
+                     QStringLiteral("La couche « %1 » est introuvable dans le plan.").arg(name));
+    return layer;
+}
+
+FieldList MapStore::fields(const QString& layer) const {
+    FieldList out;
+    const OGRFeatureDefn* defn = ogrLayer(layer)->GetLayerDefn();
+    for (int i = 0; i < defn->GetFieldCount(); ++i) {
+        const OGRFieldDefn* f = defn->GetFieldDefn(i);
+        if (EQUAL(f->GetNameRef(), kStyleColumn))
+            continue;
+        out.push_back({QString::fromUtf8(f->GetNameRef()), typeOf(f->GetType()), f->GetWidth()});
+    }
+    return out;
+}
+
+MapStore::Rows MapStore::readFeatures(const QString& name, const FieldList& fields) const {
+    const gdal::QuietErrors quiet;
+    OGRLayer* layer = ogrLayer(name);
+    const OGRFeatureDefn* defn = layer->GetLayerDefn();
+    const int styleIndex = defn->GetFieldIndex(kStyleColumn);
+    std::vector<int> sourceIndex;
+    std::vector<OGRFieldType> sourceType;
+    qsizetype textIndex = -1;
+    for (const FieldDef& f : fields) {
+        const int i = defn->GetFieldIndex(f.name.toUtf8().constData());
+        sourceIndex.push_back(i);
+        sourceType.push_back(i >= 0 ? defn->GetFieldDefn(i)->GetType() : OFTString);
+        if (f.name.compare(QLatin1String(kTextColumn), Qt::CaseInsensitive) == 0)
+            textIndex = qsizetype(sourceIndex.size()) - 1;
+    }
+
+    // Features mostly share a few style strings: parse each distinct one once.
+    QHash<QByteArray, std::pair<std::shared_ptr<const Style>, ParsedStyle>> styles;
+    Rows rows;
+    rows.reserve(size_t(std::max<GIntBig>(0, layer->GetFeatureCount(FALSE))));
+    layer->ResetReading();
+    for (auto& f : *layer) {
+        auto data = std::make_shared<FeatureData>();
+        if (const OGRGeometry* g = f->GetGeometryRef())
+            readGeometry(*g, data->kind, data->parts);
+        const QByteArray styleText =
+            styleIndex >= 0 && f->IsFieldSetAndNotNull(styleIndex)
+                ? QByteArray(f->GetFieldAsString(styleIndex))
+                : (f->GetStyleString() ? QByteArray(f->GetStyleString()) : QByteArray());
+        auto it = styles.find(styleText);
+        if (it == styles.end()) {
+            ParsedStyle parsed = parseStyleString(styleText);
+            auto style = std::make_shared<const Style>(parsed.style);
+            it = styles.insert(styleText, {std::move(style), std::move(parsed)});
+        }
+        data->style = it->first;
+        const ParsedStyle& parsed = it->second;
+        if (parsed.kind && data->kind == FeatureKind::Symbol)
+            data->kind = *parsed.kind;
+        data->attributes.resize(fields.size());
+        for (size_t i = 0; i < fields.size(); ++i)
+            if (sourceIndex[i] >= 0)
+                data->attributes[i] = readField(*f, sourceIndex[i], sourceType[i]);
+        if (data->kind == FeatureKind::Text)
+            data->text = !parsed.literalText.isNull() ? parsed.literalText
+                         : textIndex >= 0 ? data->attributes[size_t(textIndex)].toString()
+                                          : QString();
+        refreshDerived(*data);
+        rows.emplace_back(f->GetFID(), std::move(data));
+    }
+    if (CPLGetLastErrorType() >= CE_Failure && rows.empty() && layer->GetFeatureCount() > 0)
+        unreadable(source_, lastGdalError());
+    return rows;
+}
+
+void MapStore::writeFeature(const QString& name, qint64 fid, const FeatureData& data,
+                            const FieldList& fields, bool create, qint64* newFid) {
+    const gdal::QuietErrors quiet;
+    CPLErrorReset();
+    OGRLayer* layer = ogrLayer(name);
+    const OGRFeatureDefn* defn = layer->GetLayerDefn();
+    OGRFeature f(const_cast<OGRFeatureDefn*>(defn));
+    if (!create)
+        f.SetFID(fid);
+    f.SetGeometryDirectly(ogrGeometry(data).release());
+    for (size_t i = 0; i < fields.size() && i < data.attributes.size(); ++i) {
+        const int index = defn->GetFieldIndex(fields[i].name.toUtf8().constData());
+        if (index >= 0)
+            writeField(f, index, fields[i].type, data.attributes[i]);
+    }
+    const int textIndex = defn->GetFieldIndex(kTextColumn);
+    if (data.kind == FeatureKind::Text && textIndex >= 0)
+        f.SetField(textIndex, data.text.toUtf8().constData());
+    if (const int styleIndex = defn->GetFieldIndex(kStyleColumn); styleIndex >= 0 && data.style)
+        f.SetField(
+            styleIndex,
+            styleString(data.kind, *data.style,
+                        data.kind == FeatureKind::Text && textIndex < 0 ? data.text : QString())
+                .constData());
+    const OGRErr e = create ? layer->CreateFeature(&f) : layer->SetFeature(&f);
+    if (e != OGRERR_NONE) {
+        failed_ = true;
+        writeFailed(name, lastGdalError());
+    }
+    if (newFid)
+        *newFid = f.GetFID();
+}
+
+qint64 MapStore::insert(const QString& layer, const FeatureData& data, const FieldList& fields) {
+    qint64 fid = -1;
+    writeFeature(layer, -1, data, fields, true, &fid);
+    return fid;
+}
+
+void MapStore::update(const QString& layer, qint64 fid, const FeatureData& data,
+                      const FieldList& fields) {
+    writeFeature(layer, fid, data, fields, false, nullptr);
+}
+
+void MapStore::remove(const QString& name, qint64 fid) {
+    const gdal::QuietErrors quiet;
+    if (ogrLayer(name)->DeleteFeature(fid) != OGRERR_NONE) {
+        failed_ = true;
+        writeFailed(name, lastGdalError());
+    }
+}
+
+void MapStore::begin() {
+    if (depth_++ == 0) {
+        failed_ = false;
+        const gdal::QuietErrors quiet;
+        if (ds_->StartTransaction(FALSE) != OGRERR_NONE) {
+            depth_ = 0;
+            writeFailed(source_, lastGdalError());
+        }
+    }
+}
+
+void MapStore::commit() {
+    if (depth_ == 0)
+        throw Erreur(err::AccesIncorrect, QStringLiteral("Aucune transaction en cours."));
+    if (--depth_ == 0) {
+        const gdal::QuietErrors quiet;
+        if (ds_->CommitTransaction() != OGRERR_NONE)
+            writeFailed(source_, lastGdalError());
+    }
+}
+
+void MapStore::rollback() {
+    if (depth_ == 0)
+        return;
+    depth_ = 0;
+    const gdal::QuietErrors quiet;
+    ds_->RollbackTransaction();
+}
+
+} // namespace carto

@@ -1,0 +1,189 @@
+// Layers in memory: edits, selection, searches through the R-tree, cached union.
+#include "carto/model/map.h"
+#include "recordset/erreur.h"
+
+#include <QSignalSpy>
+#include <gtest/gtest.h>
+
+using namespace carto;
+
+namespace {
+
+Part square(double x, double y, double side) {
+    return {{x, y}, {x + side, y}, {x + side, y + side}, {x, y + side}};
+}
+
+Layer& memoryLayer(Map& map, const char* name) {
+    LayerInfo info;
+    info.addParameter("Name", QString::fromUtf8(name));
+    info.addParameter("Fields", FieldList{{"Nom", FieldType::Text, 32}});
+    info.addParameter("TableStorageType", QStringLiteral("MemTable"));
+    return map.addLayer(info);
+}
+
+std::vector<qint64> fids(const Features& f) {
+    return f.fids();
+}
+
+// A 3 x 3 grid of unit squares with a gap of 1: square (i, j) at (2i, 2j).
+struct Grid {
+    Map map;
+    Layer& layer = memoryLayer(map, "Grille");
+    std::vector<qint64> ids;
+    Grid() {
+        for (int j = 0; j < 3; ++j)
+            for (int i = 0; i < 3; ++i)
+                ids.push_back(layer.addFeature(Feature::region({square(2 * i, 2 * j, 1)})).fid());
+    }
+};
+
+} // namespace
+
+TEST(Layer, MemoryLayersNumberTheirFeaturesAndKeepTheirFields) {
+    Grid g;
+    EXPECT_EQ(g.layer.featureCount(), 9);
+    EXPECT_TRUE(g.layer.isMemory());
+    EXPECT_TRUE(g.layer.editable);
+    EXPECT_EQ(g.layer.bounds(), (Rect{0, 0, 5, 5}));
+    EXPECT_EQ(g.layer.fieldIndex(u"NOM"), 0);
+    Feature f = g.layer.feature(g.ids[4]);
+    EXPECT_EQ(f.uniqueKey(), QString::number(g.ids[4]));
+    EXPECT_DOUBLE_EQ(f.area(), 1.0);
+    EXPECT_DOUBLE_EQ(f.centre().x, 2.5);
+    EXPECT_THROW(g.layer.feature(999), veldra::Erreur);
+    EXPECT_THROW(g.layer.featureByKey(u"abc"), veldra::Erreur);
+}
+
+TEST(Layer, SearchesAtAPointAndWithinARectangle) {
+    Grid g;
+    EXPECT_EQ(fids(g.layer.searchAtPoint({2.5, 2.5})), std::vector<qint64>{g.ids[4]});
+    EXPECT_TRUE(g.layer.searchAtPoint({1.5, 1.5}).isEmpty()); // in a gap
+    const Rect r{0.5, 0.5, 3.5, 3.5};
+    EXPECT_EQ(g.layer.searchWithinRectangle(r, searchmode::CentreWithin).count(), 4);
+    EXPECT_EQ(g.layer.searchWithinRectangle(r, searchmode::PartlyWithin).count(), 4);
+    EXPECT_EQ(fids(g.layer.searchWithinRectangle(r, searchmode::EntirelyWithin)),
+              std::vector<qint64>{g.ids[4]});
+    EXPECT_EQ(g.layer.searchWithinRectangle({-1, -1, 3.2, 3.2}, searchmode::EntirelyWithin).count(),
+              4);
+    EXPECT_THROW(g.layer.searchWithinRectangle(r, 7), veldra::Erreur);
+}
+
+TEST(Layer, SearchesWithinAFeatureByMode) {
+    Grid g;
+    Layer& zones = memoryLayer(g.map, "Zones");
+    // An L-shaped zone covering squares 0 and 1 entirely, square 3 partly.
+    const Feature zone = zones.addFeature(Feature::region(
+        {{{-0.5, -0.5}, {3.5, -0.5}, {3.5, 1.5}, {0.5, 1.5}, {0.5, 2.5}, {-0.5, 2.5}}}));
+    EXPECT_EQ(fids(g.layer.searchWithinFeature(zone, searchmode::EntirelyWithin)),
+              (std::vector<qint64>{g.ids[0], g.ids[1]}));
+    EXPECT_EQ(fids(g.layer.searchWithinFeature(zone, searchmode::PartlyWithin)),
+              (std::vector<qint64>{g.ids[0], g.ids[1], g.ids[3]}));
+    EXPECT_EQ(fids(g.layer.searchWithinFeature(zone, searchmode::CentreWithin)),
+              (std::vector<qint64>{g.ids[0], g.ids[1]}));
+}
+
+TEST(Layer, TheIndexFollowsMovesAndDeletes) {
+    Grid g;
+    Feature f = g.layer.feature(g.ids[0]);
+    f.offset(10, 10);
+    g.layer.updateFeature(f);
+    EXPECT_TRUE(g.layer.searchAtPoint({0.5, 0.5}).isEmpty());
+    EXPECT_EQ(fids(g.layer.searchAtPoint({10.5, 10.5})), std::vector<qint64>{g.ids[0]});
+    g.layer.deleteFeature(QString::number(g.ids[0]));
+    EXPECT_TRUE(g.layer.searchAtPoint({10.5, 10.5}).isEmpty());
+    EXPECT_EQ(g.layer.featureCount(), 8);
+    EXPECT_EQ(g.layer.bounds(), (Rect{0, 0, 5, 5}));
+}
+
+TEST(Layer, UnionIsCachedUntilTheLayerChanges) {
+    Grid g;
+    const Geometry& before = g.layer.unionAll();
+    EXPECT_DOUBLE_EQ(before.area(), 9.0);
+    EXPECT_EQ(&g.layer.unionAll(), &before);                // same object: not recomputed
+    g.layer.addFeature(Feature::region({square(1, 0, 1)})); // fills a gap, merges two squares
+    EXPECT_DOUBLE_EQ(g.layer.unionAll().area(), 10.0);
+    EXPECT_EQ(g.layer.unionAll().numParts(), 8);
+    Map map;
+    EXPECT_THROW(memoryLayer(map, "Vide").unionAll(), veldra::Erreur);
+}
+
+TEST(Layer, SelectionKeepsItsOrderAndSignals) {
+    Grid g;
+    QSignalSpy spy(&g.map, &Map::selectionChanged);
+    g.layer.selectAdd(g.ids[5]);
+    g.layer.selectAdd(g.ids[2]);
+    g.layer.selectAdd(g.ids[5]); // once only
+    EXPECT_EQ(fids(g.layer.selection()), (std::vector<qint64>{g.ids[5], g.ids[2]}));
+    g.layer.deleteFeature(g.ids[5]);
+    EXPECT_EQ(fids(g.layer.selection()), (std::vector<qint64>{g.ids[2]}));
+    g.layer.selectOnly(g.layer.searchAtPoint({0.5, 0.5}));
+    EXPECT_EQ(g.layer.selection().count(), 1);
+    g.layer.clearSelection();
+    EXPECT_EQ(g.layer.selection().count(), 0);
+    EXPECT_GE(spy.count(), 5);
+    EXPECT_THROW(g.layer.selectAdd(12345), veldra::Erreur);
+}
+
+TEST(Layer, CollectionsIntersectAndRefuseOtherLayers) {
+    Grid g;
+    Features a = g.layer.searchWithinRectangle({0, 0, 3, 3}, searchmode::PartlyWithin);
+    const Features b = g.layer.searchWithinRectangle({2, 0, 5, 5}, searchmode::PartlyWithin);
+    a.intersect(b);
+    EXPECT_EQ(fids(a), (std::vector<qint64>{g.ids[1], g.ids[4]}));
+    EXPECT_EQ(a.bounds(), (Rect{2, 0, 3, 3}));
+    Layer& other = memoryLayer(g.map, "Autre");
+    const Feature foreign = other.addFeature(Feature::region({square(0, 0, 1)}));
+    EXPECT_THROW(a.add(foreign), veldra::Erreur);
+    int seen = 0;
+    for (const Feature& f : a) {
+        EXPECT_EQ(f.layer(), &g.layer);
+        ++seen;
+    }
+    EXPECT_EQ(seen, 2);
+}
+
+TEST(Layer, CopiesCarryAttributesByNameAndFindLooksNamesUp) {
+    Grid g;
+    Feature f = g.layer.feature(g.ids[0]);
+    f.setAttribute(u"nom", QStringLiteral("Carré A"));
+    g.layer.updateFeature(f);
+    LayerInfo info;
+    info.addParameter("Name", QStringLiteral("Copie"));
+    info.addParameter("Features", g.layer.allFeatures());
+    Layer& copy = g.map.addLayer(info);
+    EXPECT_EQ(copy.featureCount(), 9);
+    EXPECT_EQ(copy.search(u"Nom = \"carré a\"").count(), 1);
+    EXPECT_TRUE(copy.find(u"Carré A").exact());
+    EXPECT_EQ(copy.find(u"Carré").code, 2);
+    EXPECT_EQ(copy.find(u"Carré A").bounds, (Rect{0, 0, 1, 1}));
+    EXPECT_EQ(copy.find(u"Z").code, 0);
+    LayerInfo bad;
+    bad.addParameter("Name", QStringLiteral("Disque"));
+    bad.addParameter("TableStorageType", QStringLiteral("Fichier"));
+    EXPECT_THROW(g.map.addLayer(bad), veldra::Erreur);
+}
+
+TEST(Layer, BadGeometriesAreRefusedOnEntry) {
+    Map map;
+    Layer& l = memoryLayer(map, "L");
+    EXPECT_THROW(Feature::region({{{0, 0}, {1, 0}, {0, 0}}}), veldra::Erreur);
+    EXPECT_THROW(Feature::region({{{0, 0}, {NAN, 0}, {1, 1}, {0, 1}}}), veldra::Erreur);
+    EXPECT_THROW(l.addFeature(Feature::region({})), veldra::Erreur);
+    // A self-intersecting bow tie is stored; its union is made valid.
+    l.addFeature(Feature::region({{{0, 0}, {2, 2}, {2, 0}, {0, 2}}}));
+    EXPECT_NEAR(l.unionAll().area(), 2.0, 1e-9);
+}
+
+TEST(Layer, TextsAreMeasuredWithTheirFont) {
+    Map map;
+    Layer& l = memoryLayer(map, "Textes");
+    Style small, big;
+    small.textSize = 50;
+    big.textSize = 100;
+    const Feature a = l.addFeature(Feature::textAt({10, 10}, QStringLiteral("12"), small));
+    const Feature b = l.addFeature(Feature::textAt({10, 10}, QStringLiteral("12"), big));
+    EXPECT_NEAR(a.bounds().height(), 0.5, 1e-9);
+    EXPECT_GT(b.bounds().width(), a.bounds().width());
+    EXPECT_EQ(a.kind(), FeatureKind::Text);
+    EXPECT_EQ(fids(l.searchAtPoint({10, 10})).size(), 2u);
+}

@@ -1,0 +1,72 @@
+// Styles survive the OGR_STYLE column, and strings written by other tools are understood.
+#include "carto/storage/style_string.h"
+
+#include <gtest/gtest.h>
+
+using namespace carto;
+
+TEST(StyleString, EveryKindRoundTrips) {
+    Style s;
+    s.regionColor = 0xC0C0FF;
+    s.regionBorderColor = 255;
+    s.regionBorderWidth = 3;
+    s.regionBorderStyle = linestyle::Dash;
+    s.regionPattern = pattern::Cross;
+    s.regionBackColor = 0x00FF00;
+    s.regionTransparent = false;
+    EXPECT_EQ(parseStyleString(styleString(FeatureKind::Region, s)).style.regionPattern,
+              pattern::Cross);
+    const Style r = parseStyleString(styleString(FeatureKind::Region, s)).style;
+    EXPECT_EQ(r.regionColor, s.regionColor);
+    EXPECT_EQ(r.regionBorderColor, 255);
+    EXPECT_EQ(r.regionBorderWidth, 3);
+    EXPECT_EQ(r.regionBorderStyle, linestyle::Dash);
+    EXPECT_EQ(r.regionBackColor, 0x00FF00);
+    EXPECT_FALSE(r.regionTransparent);
+
+    Style t;
+    t.textFont = QStringLiteral("DejaVu Serif");
+    t.textSize = 48;
+    t.textBold = true;
+    t.textHalo = true;
+    t.textBackColor = 0xFFFF00;
+    t.textColor = 0x0000FF;
+    t.textRotation = 30;
+    const ParsedStyle text = parseStyleString(styleString(FeatureKind::Text, t));
+    ASSERT_TRUE(text.kind.has_value());
+    EXPECT_EQ(*text.kind, FeatureKind::Text);
+    EXPECT_EQ(text.style.textFont, t.textFont);
+    EXPECT_DOUBLE_EQ(text.style.textSize, 48);
+    EXPECT_TRUE(text.style.textBold);
+    EXPECT_TRUE(text.style.textHalo);
+    EXPECT_FALSE(text.style.textBox);
+    EXPECT_EQ(text.style.textBackColor, 0xFFFF00);
+    EXPECT_EQ(text.style.textColor, 0x0000FF);
+    EXPECT_DOUBLE_EQ(text.style.textRotation, 30);
+    EXPECT_TRUE(text.literalText.isNull()); // the text lives in its column
+
+    Style sym;
+    sym.symbolCharacter = 0x2663;
+    sym.symbolSize = 80;
+    sym.symbolColor = 0x008000;
+    const ParsedStyle symbol = parseStyleString(styleString(FeatureKind::Symbol, sym));
+    EXPECT_EQ(symbol.kind, FeatureKind::Symbol);
+    EXPECT_EQ(symbol.style.symbolCharacter, 0x2663);
+    EXPECT_DOUBLE_EQ(symbol.style.symbolSize, 80);
+    EXPECT_EQ(symbol.style.symbolColor, 0x008000);
+}
+
+TEST(StyleString, ForeignStrings) {
+    // Point sizes, a literal text, OGR's own ids only.
+    const ParsedStyle label = parseStyleString("LABEL(f:\"Arial\",s:12pt,t:\"Entrée\",c:#FF0000)");
+    EXPECT_DOUBLE_EQ(label.style.textSize, 12);
+    EXPECT_EQ(label.literalText, QStringLiteral("Entrée"));
+    EXPECT_EQ(label.style.textColor, 0x0000FF);
+    const Style hatch = parseStyleString("BRUSH(fc:#00FF00,id:\"ogr-brush-4\")").style;
+    EXPECT_EQ(hatch.regionPattern, pattern::ForwardDiagonal);
+    EXPECT_TRUE(hatch.regionTransparent);
+    EXPECT_EQ(parseStyleString("PEN(c:#000000,id:\"ogr-pen-1\")").style.lineStyle, linestyle::None);
+    // Rubbish gives the defaults rather than an error.
+    EXPECT_EQ(parseStyleString("BRUSH(fc:#zz").style.regionColor, Style{}.regionColor);
+    EXPECT_FALSE(parseStyleString("").kind.has_value());
+}
