@@ -3,7 +3,7 @@
 // question asked of the GeoPackage in SQL, a raw OGR transaction loop.
 #include "carto/model/map.h"
 #include "carto/storage/map_store.h"
-#include "veldra-plan/plan_tool.h"
+#include "bench_plans.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,22 +17,6 @@
 #include <unistd.h>
 
 namespace {
-
-// Plans are generated once and kept between runs (they are deterministic).
-QString planOf(int plots) {
-    const QString folder = QDir::tempPath() + QStringLiteral("/veldra-bench");
-    const QString name = QStringLiteral("Plan%1").arg(plots);
-    const QString path = folder + u'/' + name + QStringLiteral(".gpkg");
-    if (!QFileInfo::exists(path)) {
-        veldra::plantool::SampleOptions options;
-        options.plots = plots;
-        options.seed = 2024;
-        options.raster = false;
-        options.name = name;
-        veldra::plantool::generateSamplePlan(folder, options);
-    }
-    return path;
-}
 
 // A scratch copy for benchmarks that write.
 QString copyOf(int plots) {

@@ -38,6 +38,10 @@ inline constexpr qint32 EcritureImpossible = 20014;  // storage refused a write
 inline constexpr qint32 AccesIncorrect = 20015;      // unbalanced or bad access bracket
 inline constexpr qint32 ObjetIncompatible = 20016;   // a feature of another layer or kind
 inline constexpr qint32 JeuDeDonneesInconnu = 20017; // no dataset or theme of that name
+// Map views
+inline constexpr qint32 OutilInconnu = 20020;   // no tool of that number, or a bad setting
+inline constexpr qint32 ImageIllisible = 20021; // a cursor or image file that cannot be read
+inline constexpr qint32 FormatInconnu = 20022;  // an export format code that is not known
 } // namespace err
 
 class Erreur : public std::exception {

@@ -163,7 +163,7 @@ Feature Layer::addFeature(const Feature& f) {
     features_[fid] = data;
     indexFeature(fid, *data);
     changed();
-    notify();
+    notify(data->bounds);
     return Feature(this, fid, std::move(data));
 }
 
@@ -179,11 +179,12 @@ void Layer::updateFeature(const Feature& f) {
         if (!memory_ && map_->store())
             map_->store()->update(name_, f.fid(), *data, fields_);
     });
+    const Rect before = it->second->bounds;
     unindexFeature(f.fid(), *it->second);
     it->second = data;
     indexFeature(f.fid(), *data);
     changed();
-    notify();
+    notify(before.united(data->bounds));
 }
 
 void Layer::deleteFeature(qint64 fid) {
@@ -194,12 +195,13 @@ void Layer::deleteFeature(qint64 fid) {
         if (!memory_ && map_->store())
             map_->store()->remove(name_, fid);
     });
+    const Rect before = it->second->bounds;
     unindexFeature(fid, *it->second);
     features_.erase(it);
     const bool wasSelected = selection_.contains(fid);
     selection_.remove(fid);
     changed();
-    notify();
+    notify(before);
     if (wasSelected)
         emit map_->selectionChanged(this);
 }
@@ -421,8 +423,20 @@ void Layer::changed() {
     valueIndex_.clear();
 }
 
-void Layer::notify() {
-    emit map_->layerChanged(this);
+void Layer::notify(const Rect& dirty) {
+    emit map_->featuresChanged(this, dirty);
+}
+
+std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>>
+Layer::dataInBox(const Rect& box) const {
+    std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>> out;
+    std::vector<qint64> fids = index_.intersecting(box);
+    std::sort(fids.begin(), fids.end()); // drawing order is FID order, as stored
+    out.reserve(fids.size());
+    for (const qint64 fid : fids)
+        if (const auto it = features_.find(fid); it != features_.end())
+            out.emplace_back(fid, it->second);
+    return out;
 }
 
 } // namespace carto

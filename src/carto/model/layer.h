@@ -40,6 +40,8 @@ struct LabelSettings {
     const Dataset* dataset = nullptr;
     QString field;
     bool visible = false;
+    // Labels moved by hand: FID -> offset from the feature's centre, in map units.
+    std::map<qint64, Point> offsets;
 };
 
 // Result of a name look-up: code 1 for an exact match (code % 10 == 1), 2 for a match
@@ -110,6 +112,10 @@ public:
     Features searchWithinRectangle(const Rect& r, int mode) const;
     Features searchWithinFeature(const Feature& container, int mode) const;
     FindResult find(QStringView name) const;
+    // The stored data of the features whose bounds meet the box, without a geometric test:
+    // what a renderer draws.
+    std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>>
+    dataInBox(const Rect& box) const;
 
     // The union of all features, cached until the layer changes. Erreur on an empty layer.
     const Geometry& unionAll() const;
@@ -123,7 +129,7 @@ private:
     friend class Map;
     std::shared_ptr<const FeatureData> conform(const Feature& f) const;
     void changed(); // drops derived caches
-    void notify();
+    void notify(const Rect& dirty);
     void writeTransaction(const std::function<void()>& write);
     std::vector<qint64> matching(const Condition& c) const;
     const std::vector<qint64>* lookup(qsizetype column, const QString& key, bool numeric) const;

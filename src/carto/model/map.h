@@ -52,7 +52,8 @@ public:
 
 signals:
     void layersChanged();
-    void layerChanged(carto::Layer* layer);
+    // Features were added, updated or deleted within the area (their old and new bounds).
+    void featuresChanged(carto::Layer* layer, carto::Rect area);
     void selectionChanged(carto::Layer* layer);
     void datasetsChanged();
 
