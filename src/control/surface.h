@@ -1,0 +1,123 @@
+#pragma once
+// The child widgets of the control, each with the objectName a host or a test finds it
+// by. Qt's parent chain owns them; this structure only points at them. Button arrays are
+// a container named after the array holding buttons named "<array>_<index>".
+
+#include "carto/view/map_view.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFrame>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTimer>
+#include <QToolButton>
+#include <array>
+
+namespace veldra {
+
+struct Surface {
+    carto::MapView* Map1 = nullptr;
+
+    // Top band
+    QFrame* Panel_Haut = nullptr;
+    QLabel* L_NomCimetiere = nullptr;
+    QFrame* B_Outils = nullptr;
+    std::array<QToolButton*, 9> B_Outils_ = {};
+    QLabel* Echelle = nullptr;
+    QLabel* L_echelle = nullptr;
+    QLabel* L_echelle2 = nullptr;
+    QToolButton* Btn_Pref = nullptr;
+
+    // Right band
+    QFrame* Panel_Droite = nullptr;
+    QTabBar* TabStrip1 = nullptr;
+    std::array<QFrame*, 2> pages = {}; // Frame_Onglet1, Frame_Onglet2
+    QComboBox* Combo_Calque = nullptr;
+    QCheckBox* CB_ModeEdition = nullptr;
+    QPushButton* Btn_Synchro = nullptr;
+    QLabel* L_NB_Tombes = nullptr;
+    QPushButton* Btn_Traitements = nullptr;
+    QToolButton* Btn_Fleche = nullptr;
+
+    // Display check boxes
+    QCheckBox* C_AffSections = nullptr;
+    QCheckBox* C_AffAllees = nullptr;
+    QCheckBox* CB_PlanNumerise = nullptr;
+    QCheckBox* CB_QUE_PlanNumerise = nullptr;
+    QCheckBox* CB_PlanSitue = nullptr;
+    QCheckBox* CB_Bibliotheque = nullptr;
+    QCheckBox* Check1 = nullptr;
+    QCheckBox* Check2 = nullptr;
+
+    // Information panel: the selected feature
+    QFrame* Panel_Infos = nullptr;
+    QWidget* corpsInfos = nullptr; // what folding the panel hides
+    QLabel* Num_Selec = nullptr;
+    QFrame* Frame_Numero = nullptr;
+    QLineEdit* SaisieNum = nullptr;
+    QToolButton* Btn_RotationNumero = nullptr;
+    QFrame* Frame_Nom = nullptr;
+    QLineEdit* Label_Nom = nullptr;
+    QPushButton* Btn_Sauver = nullptr;
+    QPushButton* Btn_Visu = nullptr;
+    QPushButton* Btn_ModifStyle = nullptr;
+    QPushButton* Btn_DeplaceEtiquette = nullptr;
+
+    // Bottom band: plot search
+    QFrame* Panel_Bas = nullptr;
+    QLabel* LrechercheSection = nullptr;
+    QComboBox* Combo_section = nullptr;
+    QLabel* L_RechEmp = nullptr;
+    QLineEdit* TB_SaisieEmplacement = nullptr;
+    QPushButton* Btn_Rechercher = nullptr;
+
+    // Gauge
+    QFrame* Panel_Jauge = nullptr;
+    QLabel* Titre_Jauge = nullptr;
+    QLabel* L_Message = nullptr;
+    QProgressBar* ProgressBar1 = nullptr;
+
+    // Distance
+    QFrame* Panel_Dist = nullptr;
+    QLabel* Label9 = nullptr;
+    QLabel* L_Distance = nullptr;
+    QLabel* L_DistTotale = nullptr;
+    QToolButton* Btn_FemerPanelDist = nullptr;
+
+    // Rulers along the map
+    QFrame* Regle = nullptr;
+    QFrame* RegleV = nullptr;
+
+    // Preferences and processing
+    QFrame* P_preferences = nullptr;
+    QFrame* PCouleur = nullptr;
+    QFrame* P_traitements = nullptr;
+
+    // Floating panels
+    QFrame* Panel_Outils = nullptr;
+    QLabel* Label7 = nullptr;
+    std::array<QToolButton*, 8> Btn_OutilsDessin_ = {};
+    QFrame* Btn_OutilsDessin = nullptr;
+    QToolButton* Btn_Texte = nullptr;
+    QFrame* Panel_Localisation = nullptr;
+    QLabel* Label8 = nullptr;
+    QToolButton* HLBBttn1 = nullptr;
+    carto::MapView* MapLocalisation = nullptr;
+    QFrame* Panel_Bibli = nullptr;
+    QLabel* Label1 = nullptr;
+    QFrame* PInfos = nullptr;
+    QToolButton* HLBBttn6 = nullptr;
+    QFrame* picMore = nullptr;
+
+    QTimer* Timer1 = nullptr;
+};
+
+// Builds the widgets inside `controle`, in their design state (hidden panels hidden,
+// check boxes clear).
+Surface construireSurface(QWidget& controle);
+
+} // namespace veldra

@@ -1,0 +1,196 @@
+#include "control/veldra.h"
+
+#include "control/affichage.h"
+#include "control/disposition.h"
+#include "control/dossier_controle.h"
+#include "control/jauge.h"
+#include "control/parametres.h"
+#include "control/sablier.h"
+#include "control/types_automation.h"
+#include "editing/barre_outils.h"
+#include "editing/suppression.h"
+#include "plan/calque_courant.h"
+#include "plan/nouveau_cimetiere.h"
+#include "plan/ouverture.h"
+#include "recordset/erreur.h"
+
+#include <QDir>
+#include <QKeyEvent>
+
+namespace veldra {
+
+QString texteErreur(qint32 numero, const QString& description, const QString& separateur) {
+    return QString::number(numero) + separateur + description;
+}
+
+namespace {
+
+// The cursor folder is one for the whole process: every instance sees the last value
+// written or read.
+QString& repCurseursPartage() {
+    static QString valeur;
+    return valeur;
+}
+
+QString avecSeparateur(const QString& dossier) {
+    return dossier.endsWith(u'/') ? dossier : dossier + u'/';
+}
+
+} // namespace
+
+Veldra::Veldra(QWidget* parent)
+    : QWidget(parent), surface_(construireSurface(*this)), ctx_(*this, *this, surface_) {
+    const Sablier sablier;
+    setObjectName(QStringLiteral("Veldra"));
+    ctx_.setPrompter(std::make_unique<BoitePrompter>(this));
+    ctx_.dossierControle = dossierDuModule();
+    if (repCurseursPartage().isEmpty())
+        repCurseursPartage() = ctx_.dossierControle + QStringLiteral("/Images/Curseurs/");
+    gMap = surface_.Map1;
+    mintCurFrame = 1;
+    setMinimumWidth(int(kLargeurMinimaleTwips / twipsParPixel(ctx_)));
+    connecteSurface();
+    resize(1000, 700);
+}
+
+Veldra::~Veldra() {
+    // The container must always be able to destroy the control: errors are ignored.
+    try {
+        ecritParametres(ctx_);
+    } catch (const Erreur&) {
+    }
+    gMap = nullptr;
+    ctx_.libereIni();
+    ObjSel = carto::Features();
+}
+
+void Veldra::connecteSurface() {
+    connecteAffichage(ctx_);
+    connecteBarresOutils(ctx_);
+    Contexte* c = &ctx_;
+    connect(surface_.Combo_Calque, &QComboBox::activated, this,
+            [c](int) { changeCalqueCourant(*c); });
+    connect(surface_.CB_ModeEdition, &QCheckBox::clicked, this,
+            [c](bool) { appliqueModeEdition(*c); });
+    // A one-shot deferred step: the editing modules arm it and say what it does.
+    connect(surface_.Timer1, &QTimer::timeout, surface_.Timer1, &QTimer::stop);
+    surface_.Map1->installEventFilter(this);
+}
+
+// ---- properties
+
+void Veldra::setRepertoire_Export(const QString& v) {
+    repertoireExport_ = v;
+    emit PropertyChanged(QStringLiteral("Repertoire_Export"));
+}
+
+QString Veldra::RepCurseurs() const {
+    return repCurseursPartage();
+}
+
+void Veldra::setRepCurseurs(const QString& v) {
+    repCurseursPartage() = avecSeparateur(v);
+}
+
+void Veldra::setRepFicAnalyse(const QString& v) {
+    repFicAnalyse_ = avecSeparateur(v) + QStringLiteral("AnalysePlan.txt");
+}
+
+QString Veldra::ImageLocalisationTerminee() {
+    return std::exchange(imageLocalisationTerminee_, QString());
+}
+
+// ---- methods
+
+void Veldra::OuvreCimetiere(QString& chemin, bool& Nouveau, QString& NomCimetiere,
+                            bool& DroitEdition) {
+    if (!Nouveau) {
+        ouvrePlan(ctx_, chemin, NomCimetiere, false, DroitEdition);
+        return;
+    }
+    demandeTailleCimetiere(
+        ctx_, chemin, NomCimetiere,
+        [this](QString& c, QString& n, double& lo, double& la) { NouveauCimetiere(c, n, lo, la); });
+}
+
+void Veldra::NouveauCimetiere(QString& sChemin, QString& sNom, double& Longueur, double& Largeur) {
+    nouveauCimetiere(ctx_, sChemin, sNom, Longueur, Largeur);
+}
+
+void Veldra::ConfirmSupp(bool& ValeurConfirm, QString& Message) {
+    veldra::ConfirmSupp(ctx_, ValeurConfirm, Message);
+}
+
+void Veldra::JaugeParam(qint32& Min, qint32& Max, QString& Message, QString& Titre) {
+    veldra::JaugeParam(ctx_, Min, Max, Message, Titre);
+}
+
+void Veldra::JaugePlus() {
+    veldra::JaugePlus(ctx_);
+}
+
+void Veldra::JaugeFin() {
+    veldra::JaugeFin(ctx_);
+}
+
+void Veldra::ChangeDroitEdition(bool& valeur) {
+    surface_.CB_ModeEdition->setVisible(valeur);
+}
+
+// ---- the container
+
+void Veldra::ReadProperties(const PropertyBag& bag) {
+    repCurseursPartage() =
+        bag.ReadProperty(QStringLiteral("RepCurseurs"),
+                         ctx_.dossierControle + QStringLiteral("/Images/Curseurs/"))
+            .toString();
+    repFicAnalyse_ =
+        bag.ReadProperty(QStringLiteral("RepFicAnalyse"), QStringLiteral("AnalysePlan.txt"))
+            .toString();
+}
+
+void Veldra::WriteProperties(PropertyBag& bag) const {
+    bag.WriteProperty(QStringLiteral("RepCurseurs"), repCurseursPartage(),
+                      ctx_.dossierControle + QStringLiteral("/Images/Curseurs/"));
+    bag.WriteProperty(QStringLiteral("RepFicAnalyse"), repFicAnalyse_,
+                      QStringLiteral("AnalysePlan.txt"));
+}
+
+void Veldra::setPrompter(std::unique_ptr<Prompter> prompter) {
+    ctx_.setPrompter(std::move(prompter));
+}
+
+void Veldra::setModalHook(std::function<int(QDialog&)> hook) {
+    ctx_.montreModal = std::move(hook);
+}
+
+void Veldra::setDossierControle(const QString& dossier) {
+    ctx_.dossierControle = QDir::cleanPath(dossier);
+}
+
+// ---- Qt events
+
+void Veldra::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    const Sablier sablier;
+    boutonOutils(ctx_, 8);
+}
+
+void Veldra::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    dispose(ctx_);
+}
+
+bool Veldra::eventFilter(QObject* watched, QEvent* event) {
+    // Delete is swallowed in edit mode, so a plot leaves the plan only through the
+    // deletion the host confirms; vertex editing keeps the key.
+    if (watched == surface_.Map1 && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete && ModeEdition) {
+        const int mode = surface_.Map1->editingMode();
+        if (mode != carto::editmode::Vertices && mode != carto::editmode::AddVertices)
+            return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace veldra

@@ -1,0 +1,110 @@
+#pragma once
+// Veldra: the control a host application embeds to show and edit the plan of a cemetery.
+// This class is the public surface only: public variables, properties, methods and
+// events, the design-time properties and late binding. The behaviour lives in the
+// modules (plan opening, editing, exchange...), which the methods call.
+//
+// Events are signals with by-reference arguments; a host connects with a direct
+// connection (the default for a control living on the host's thread) and may change them.
+
+#include "control/contexte.h"
+#include "control/property_bag.h"
+#include "recordset/recordset.h"
+
+#include <QVariant>
+#include <QWidget>
+#include <memory>
+
+namespace veldra {
+
+class Veldra : public QWidget, public VariablesPubliques {
+    Q_OBJECT
+    Q_PROPERTY(bool FontMax READ FontMax WRITE setFontMax)
+    Q_PROPERTY(QString Repertoire_Export READ Repertoire_Export WRITE setRepertoire_Export)
+    Q_PROPERTY(QString RepCurseurs READ RepCurseurs WRITE setRepCurseurs)
+    Q_PROPERTY(QString RepFicAnalyse READ RepFicAnalyse WRITE setRepFicAnalyse)
+    Q_PROPERTY(QString ImageLocalisationTerminee READ ImageLocalisationTerminee)
+    Q_PROPERTY(qint32 GetNbEltsMemorises READ GetNbEltsMemorises)
+
+public:
+    explicit Veldra(QWidget* parent = nullptr);
+    ~Veldra() override;
+
+    // ---- properties
+    bool FontMax() const { return fontMax_; }
+    void setFontMax(bool v) { fontMax_ = v; }
+    QString Repertoire_Export() const { return repertoireExport_; }
+    void setRepertoire_Export(const QString& v);
+    QString RepCurseurs() const;
+    void setRepCurseurs(const QString& v);
+    QString RepFicAnalyse() const { return repFicAnalyse_; }
+    void setRepFicAnalyse(const QString& v);
+    // Reading empties it: a second read gives "".
+    QString ImageLocalisationTerminee();
+    qint32 GetNbEltsMemorises() const { return nbEltsMemorises_; }
+
+    // ---- methods
+    void OuvreCimetiere(QString& chemin, bool& Nouveau, QString& NomCimetiere, bool& DroitEdition);
+    void NouveauCimetiere(QString& sChemin, QString& sNom, double& Longueur, double& Largeur);
+    void ChangeDroitEdition(bool& valeur);
+    void ConfirmSupp(bool& ValeurConfirm, QString& Message);
+    void JaugeParam(qint32& Min, qint32& Max, QString& Message, QString& Titre);
+    void JaugePlus();
+    void JaugeFin();
+
+    // ---- the container
+    // Design-time properties: read when the container loads the control, written when it
+    // saves it.
+    void ReadProperties(const PropertyBag& bag);
+    void WriteProperties(PropertyBag& bag) const;
+    // Late binding by dispatch identifier (see dispatch.h). Arguments passed by reference
+    // are written back into `args`. Throws Erreur 438 for a member that is not available.
+    QVariant Invoke(qint32 dispid, QVariantList& args);
+
+    // Hooks for hosts and tests.
+    void setPrompter(std::unique_ptr<Prompter> prompter);
+    void setModalHook(std::function<int(QDialog&)> hook);
+    // The folder where the control keeps its settings file and cursors.
+    void setDossierControle(const QString& dossier);
+    QString dossierControle() const { return ctx_.dossierControle; }
+
+    Contexte& contexte() { return ctx_; }
+    Surface& surface() { return surface_; }
+
+signals:
+    void FicheTombe(QString& NumTombe);
+    void ChargeTheme(QString& Libelle, QString& Code);
+    void Synchro(RecordsetPtr& Rs, QString& TypeSynchro);
+    void AffecterUneConcession(QString& IdTerrain);
+    void CreationDuneSection(QString& NomSection);
+    void CreationDuneAllee(QString& NomAllee, QVariant& NomSection);
+    void CreationDunTerrain(QString& IdTerrain);
+    void SuppressionSection(QString& NomSection);
+    void SuppressionAllee(QString& NomAllee);
+    void SuppressionTerrain(QString& IdTerrain);
+    void DemandeImpressionCarte(QString& CheminCarte, QString& Titre, QString& Commentaires,
+                                QString& Echelle);
+    void InfoTombes(QString& IdTombe);
+    void Change();
+    // A design-time property changed (the container marks itself as modified).
+    void PropertyChanged(const QString& key);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void connecteSurface();
+
+    Surface surface_;
+    Contexte ctx_;
+    bool fontMax_ = false;
+    QString repertoireExport_;
+    QString repFicAnalyse_ = QStringLiteral("AnalysePlan.txt");
+    QString imageLocalisationTerminee_;
+    qint32 nbEltsMemorises_ = 0;
+    bool montre_ = false;
+};
+
+} // namespace veldra
