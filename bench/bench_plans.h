@@ -5,8 +5,11 @@
 #include "veldra-plan/plan_tool.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QString>
+#include <gdal_priv.h>
+#include <memory>
 
 inline QString planOf(int plots) {
     const QString folder = QDir::tempPath() + QStringLiteral("/veldra-bench");
@@ -21,4 +24,19 @@ inline QString planOf(int plots) {
         veldra::plantool::generateSamplePlan(folder, options);
     }
     return path;
+}
+
+// A scratch copy for benchmarks that write.
+inline QString copyOf(int plots) {
+    const QString copy = QDir::tempPath() + QStringLiteral("/veldra-bench/copie.gpkg");
+    QFile::remove(copy);
+    QFile::copy(planOf(plots), copy);
+    return copy;
+}
+
+using DatasetPtr = std::unique_ptr<GDALDataset, void (*)(GDALDataset*)>;
+inline DatasetPtr openOgr(const QString& path, bool update) {
+    return DatasetPtr(GDALDataset::Open(path.toUtf8().constData(),
+                                        GDAL_OF_VECTOR | (update ? GDAL_OF_UPDATE : 0)),
+                      [](GDALDataset* d) { GDALClose(d); });
 }

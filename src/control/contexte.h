@@ -8,6 +8,7 @@
 #include "control/ini_file/ini_file.h"
 #include "control/prompter.h"
 #include "control/surface.h"
+#include "recordset/recordset.h"
 
 #include <QDialog>
 #include <QStringList>
@@ -51,6 +52,14 @@ struct EtatControle {
     bool sablierJauge = false;         // the gauge set the screen's hourglass
 };
 
+// The events a module raises to the host, wired by the control to its signals.
+struct Evenements {
+    std::function<void(RecordsetPtr&, QString&)> Synchro;
+    std::function<void(QString&)> InfoTombes;
+    std::function<void(QString&)> FicheTombe;
+    std::function<void(QString&)> AffecterUneConcession;
+};
+
 class Contexte {
 public:
     Contexte(QWidget& controle, VariablesPubliques& v, Surface& s)
@@ -60,6 +69,7 @@ public:
     VariablesPubliques& v;
     Surface& s;
     EtatControle etat;
+    Evenements evenements;
 
     Prompter& prompter() { return *prompter_; }
     void setPrompter(std::unique_ptr<Prompter> p) { prompter_ = std::move(p); }

@@ -122,6 +122,25 @@ const std::unordered_map<qint32, Appel>& appels() {
              c.JaugeFin();
              return {};
          }},
+        {0x6003009a,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 5, "GetInfo");
+             QString type = a[0].toString(), p1 = a[1].toString(), p2 = a[2].toString(),
+                     message = a[4].toString();
+             bool jauge = a[3].toBool();
+             RecordsetPtr rs = c.GetInfo(type, p1, p2, jauge, message);
+             a = {type, p1, p2, jauge, message};
+             return QVariant::fromValue(rs);
+         }},
+        {0x6003009e,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 2, "MAJ");
+             RecordsetPtr rs = a[0].value<RecordsetPtr>();
+             QString type = a[1].toString();
+             c.MAJ(rs, type);
+             a = {QVariant::fromValue(rs), type};
+             return {};
+         }},
         {0x600300a2,
          [](Veldra& c, QVariantList& a) -> QVariant {
              attendus(a, 1, "ChangeDroitEdition");

@@ -78,6 +78,9 @@ void bandeHaut(Surface& s, QWidget& c) {
         s.B_Outils_[size_t(i)]->setAutoExclusive(i < 8);
         outils->addWidget(s.B_Outils_[size_t(i)]);
     }
+    s.B_OutilsInfo = bouton(s.B_Outils, QStringLiteral("B_OutilsInfo"), QStringLiteral("ℹ"),
+                            QStringLiteral("Informations sur l'emplacement sélectionné"));
+    outils->addWidget(s.B_OutilsInfo);
     s.B_Outils->adjustSize();
     s.L_NomCimetiere = cree<QLabel>(s.Panel_Haut, "L_NomCimetiere");
     s.L_NomCimetiere->setAlignment(Qt::AlignCenter);
@@ -141,6 +144,9 @@ void panneauInfos(Surface& s, QWidget* parent) {
     s.Btn_DeplaceEtiquette =
         cree<QPushButton>(s.corpsInfos, "Btn_DeplaceEtiquette", QStringLiteral("Étiquette"));
     s.Btn_DeplaceEtiquette->hide();
+    s.HLBBttn2 = cree<QPushButton>(s.corpsInfos, "HLBBttn2", QStringLiteral("Fiche"));
+    s.HLBBttn2->setToolTip(QStringLiteral("Fiche des concessions sélectionnées"));
+    actions->addWidget(s.HLBBttn2, 2, 0);
     actions->addWidget(s.Btn_Sauver, 0, 0);
     actions->addWidget(s.Btn_Visu, 0, 1);
     actions->addWidget(s.Btn_ModifStyle, 1, 0);
@@ -306,8 +312,22 @@ void panneauxFlottants(Surface& s, QWidget& c) {
 
     // Quick information
     s.PInfos = panneau(&c, "PInfos", QFrame::Box);
+    auto* pi = new QGridLayout(s.PInfos);
     s.HLBBttn6 =
         bouton(s.PInfos, QStringLiteral("HLBBttn6"), QStringLiteral("✕"), QStringLiteral("Fermer"));
+    s.HLBBttn5 = bouton(s.PInfos, QStringLiteral("HLBBttn5"), QStringLiteral("🗎"),
+                        QStringLiteral("Fiche de la concession"));
+    s.L_Tombes = cree<QLabel>(s.PInfos, "L_Tombes");
+    s.L_Section = cree<QLabel>(s.PInfos, "L_Section");
+    s.L_Allee = cree<QLabel>(s.PInfos, "L_Allee");
+    pi->addWidget(new QLabel(QStringLiteral("Emplacement :"), s.PInfos), 0, 0);
+    pi->addWidget(s.L_Tombes, 0, 1);
+    pi->addWidget(s.HLBBttn6, 0, 2);
+    pi->addWidget(new QLabel(QStringLiteral("Section :"), s.PInfos), 1, 0);
+    pi->addWidget(s.L_Section, 1, 1);
+    pi->addWidget(new QLabel(QStringLiteral("Allée :"), s.PInfos), 2, 0);
+    pi->addWidget(s.L_Allee, 2, 1);
+    pi->addWidget(s.HLBBttn5, 2, 2);
     s.PInfos->hide();
     s.picMore = panneau(&c, "picMore", QFrame::Box);
     s.picMore->hide();

@@ -27,6 +27,7 @@ struct Surface {
     QLabel* L_NomCimetiere = nullptr;
     QFrame* B_Outils = nullptr;
     std::array<QToolButton*, 9> B_Outils_ = {};
+    QToolButton* B_OutilsInfo = nullptr;
     QLabel* Echelle = nullptr;
     QLabel* L_echelle = nullptr;
     QLabel* L_echelle2 = nullptr;
@@ -66,6 +67,7 @@ struct Surface {
     QPushButton* Btn_Visu = nullptr;
     QPushButton* Btn_ModifStyle = nullptr;
     QPushButton* Btn_DeplaceEtiquette = nullptr;
+    QPushButton* HLBBttn2 = nullptr; // the selected plots' file card
 
     // Bottom band: plot search
     QFrame* Panel_Bas = nullptr;
@@ -111,6 +113,10 @@ struct Surface {
     QLabel* Label1 = nullptr;
     QFrame* PInfos = nullptr;
     QToolButton* HLBBttn6 = nullptr;
+    QToolButton* HLBBttn5 = nullptr; // the file card
+    QLabel* L_Tombes = nullptr;
+    QLabel* L_Section = nullptr;
+    QLabel* L_Allee = nullptr;
     QFrame* picMore = nullptr;
 
     QTimer* Timer1 = nullptr;

@@ -9,6 +9,8 @@
 #include "control/types_automation.h"
 #include "editing/barre_outils.h"
 #include "editing/suppression.h"
+#include "exchange/collecte.h"
+#include "exchange/mise_a_jour.h"
 #include "plan/calque_courant.h"
 #include "plan/nouveau_cimetiere.h"
 #include "plan/ouverture.h"
@@ -67,6 +69,12 @@ Veldra::~Veldra() {
 void Veldra::connecteSurface() {
     connecteAffichage(ctx_);
     connecteBarresOutils(ctx_);
+    connecteCollecte(ctx_);
+    Evenements& e = ctx_.evenements;
+    e.Synchro = [this](RecordsetPtr& rs, QString& type) { emit Synchro(rs, type); };
+    e.InfoTombes = [this](QString& id) { emit InfoTombes(id); };
+    e.FicheTombe = [this](QString& ids) { emit FicheTombe(ids); };
+    e.AffecterUneConcession = [this](QString& id) { emit AffecterUneConcession(id); };
     Contexte* c = &ctx_;
     connect(surface_.Combo_Calque, &QComboBox::activated, this,
             [c](int) { changeCalqueCourant(*c); });
@@ -131,6 +139,15 @@ void Veldra::JaugePlus() {
 
 void Veldra::JaugeFin() {
     veldra::JaugeFin(ctx_);
+}
+
+RecordsetPtr Veldra::GetInfo(QString& sType, QString& Param, QString& Param2, bool& Jauge,
+                             QString& /*MessageJauge: the gauge's text is the control's own*/) {
+    return veldra::GetInfo(ctx_, sType, Param, Param2, Jauge);
+}
+
+void Veldra::MAJ(RecordsetPtr& Rs, QString& TypeMaj) {
+    veldra::MAJ(ctx_, Rs, TypeMaj);
 }
 
 void Veldra::ChangeDroitEdition(bool& valeur) {

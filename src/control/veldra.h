@@ -51,6 +51,9 @@ public:
     void JaugeParam(qint32& Min, qint32& Max, QString& Message, QString& Titre);
     void JaugePlus();
     void JaugeFin();
+    RecordsetPtr GetInfo(QString& sType, QString& Param, QString& Param2, bool& Jauge,
+                         QString& MessageJauge);
+    void MAJ(RecordsetPtr& Rs, QString& TypeMaj);
 
     // ---- the container
     // Design-time properties: read when the container loads the control, written when it

@@ -213,14 +213,16 @@ void Recordset::setValue(qsizetype column, const QVariant& value) {
     auto& row = currentRow();
     const Field& f = table_->fields[size_t(column)];
     QVariant stored = toColumn(value, f.type);
-    if (f.type == DataType::VarWChar && stored.isValid() &&
-        stored.toString().size() > f.definedSize)
-        throw Erreur(err::TexteTropLong,
-                     QStringLiteral("Le texte de %1 caractères dépasse la taille de la colonne "
-                                    "« %2 » (%3 caractères).")
-                         .arg(stored.toString().size())
-                         .arg(f.name)
-                         .arg(f.definedSize));
+    if (f.type == DataType::VarWChar && stored.isValid()) {
+        const qsizetype length = static_cast<const QString*>(stored.constData())->size();
+        if (length > f.definedSize)
+            throw Erreur(err::TexteTropLong,
+                         QStringLiteral("Le texte de %1 caractères dépasse la taille de la "
+                                        "colonne « %2 » (%3 caractères).")
+                             .arg(length)
+                             .arg(f.name)
+                             .arg(f.definedSize));
+    }
     if (editMode_ == EditMode::None) {
         pendingOriginal_ = row;
         editMode_ = EditMode::InProgress;

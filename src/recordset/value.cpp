@@ -133,6 +133,9 @@ bool toBool(const QVariant& value) {
 QString toText(const QVariant& value) {
     refuseNull(value);
     switch (value.typeId()) {
+    case QMetaType::QString:
+        return value.toString(); // the common case, without asking the type registry
+
     case QMetaType::Bool:
         return value.toBool() ? QStringLiteral("True") : QStringLiteral("False");
     case QMetaType::Double:
@@ -191,7 +194,7 @@ QVariant toColumn(const QVariant& value, DataType type) {
     case DataType::Boolean:
         return QVariant(toBool(value));
     case DataType::VarWChar:
-        return QVariant(toText(value));
+        return value.typeId() == QMetaType::QString ? value : QVariant(toText(value));
     }
     mismatch();
 }

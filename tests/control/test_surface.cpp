@@ -92,10 +92,8 @@ TEST(Surface, LateBindingDispatchesWhatIsBuiltAndRefusesTheRest) {
                                          "GetTableauThemes",
                                          "GetListeSections",
                                          "GetListeAllees",
-                                         "GetInfo",
                                          "SetEtiquette",
                                          "RAZEtiquette",
-                                         "MAJ",
                                          "AjouteTheme",
                                          "ImageLocalisation",
                                          "GetEltsMemorises"};

@@ -200,10 +200,43 @@ void Feature::setParts(Parts parts) {
     refreshDerived(d);
 }
 
+namespace {
+
+// Twice the signed area of a ring and its centroid, by the shoelace formulas: a plot is a
+// single ring, and these cost far less than building a GEOS geometry for it.
+struct Anneau {
+    double doubleAire = 0;
+    Point centre;
+};
+
+Anneau anneau(const Part& r) {
+    Anneau a;
+    double cx = 0, cy = 0;
+    const size_t n = r.size();
+    for (size_t i = 0; i < n; ++i) {
+        const Point& p = r[i];
+        const Point& q = r[(i + 1) % n];
+        const double c = p.x * q.y - q.x * p.y;
+        a.doubleAire += c;
+        cx += (p.x + q.x) * c;
+        cy += (p.y + q.y) * c;
+    }
+    if (a.doubleAire != 0)
+        a.centre = {cx / (3 * a.doubleAire), cy / (3 * a.doubleAire)};
+    return a;
+}
+
+} // namespace
+
 Point Feature::centre() const {
     const FeatureData& d = data();
     if (!d.centre) {
-        if (d.kind == FeatureKind::Region && !d.parts.empty())
+        const Anneau simple = d.kind == FeatureKind::Region && d.parts.size() == 1
+                                  ? anneau(d.parts.front())
+                                  : Anneau{};
+        if (simple.doubleAire != 0)
+            d.centre = simple.centre;
+        else if (d.kind == FeatureKind::Region && !d.parts.empty())
             d.centre = geometry().centroid();
         else
             d.centre = d.bounds.isNull() ? Point{} : d.bounds.center();
@@ -216,7 +249,11 @@ Rect Feature::bounds() const {
 }
 
 double Feature::area() const {
-    return kind() == FeatureKind::Region && !parts().empty() ? geometry().area() : 0.0;
+    if (kind() != FeatureKind::Region || parts().empty())
+        return 0.0;
+    if (parts().size() == 1)
+        return std::fabs(anneau(parts().front()).doubleAire) / 2;
+    return geometry().area();
 }
 
 double Feature::length() const {

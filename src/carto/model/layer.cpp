@@ -292,6 +292,18 @@ Features Layer::searchAtPoint(Point p) const {
     return Features(this, std::move(hits));
 }
 
+Feature Layer::firstAtPoint(Point p) const {
+    qint64 first = -1;
+    for (qint64 fid : index_.containingPoint(p)) {
+        if (first >= 0 && fid > first)
+            continue;
+        const FeatureData& d = *features_.at(fid);
+        if (d.kind != FeatureKind::Region || prepared(fid).covers(p))
+            first = fid;
+    }
+    return first < 0 ? Feature() : Feature(this, first, features_.at(first));
+}
+
 Features Layer::searchWithinRectangle(const Rect& r, int mode) const {
     std::vector<qint64> hits;
     std::optional<PreparedGeometry> area;

@@ -83,6 +83,11 @@ public:
     int featureCount() const { return int(features_.size()); }
     Rect bounds() const;
     Features allFeatures() const;
+    // Every feature in FID order, without looking each one up again.
+    template <typename F> void forEachFeature(F&& f) const {
+        for (const auto& [fid, data] : features_)
+            f(Feature(this, fid, data));
+    }
     bool hasFeature(qint64 fid) const;
     Feature feature(qint64 fid) const;                 // Erreur when absent
     Feature featureByKey(QStringView uniqueKey) const; // the FID as text
@@ -109,6 +114,8 @@ public:
     // Searches
     Features search(QStringView condition) const;
     Features searchAtPoint(Point p) const;
+    // The first feature (lowest FID) at the point; an invalid Feature when none.
+    Feature firstAtPoint(Point p) const;
     Features searchWithinRectangle(const Rect& r, int mode) const;
     Features searchWithinFeature(const Feature& container, int mode) const;
     FindResult find(QStringView name) const;

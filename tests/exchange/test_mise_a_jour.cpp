@@ -1,0 +1,169 @@
+// MAJ: the host's records written back into the plots, and redrawn at its sizes.
+#include "exchange/collecte.h"
+#include "exchange_fixture.h"
+#include "recordset/erreur.h"
+#include "recordset/field_spec.h"
+
+#include <cmath>
+
+using namespace veldra;
+
+namespace {
+
+RecordsetPtr enregistrements() {
+    RecordsetPtr rs = recordset::fromFieldSpec(QString::fromLatin1(kSpecCollecte));
+    return rs;
+}
+
+void ajoute(recordset::Recordset& rs, qint64 fid, const QVariant& idgcf, const QString& nom,
+            const QVariant& longueur, const QVariant& largeur) {
+    rs.addNew();
+    rs.setValue(u"IdMapInfo", QString::number(fid));
+    rs.setValue(u"IdGCF", idgcf);
+    rs.setValue(u"Nom", nom);
+    rs.setValue(u"Longueur", longueur);
+    rs.setValue(u"Largeur", largeur);
+    rs.update();
+}
+
+void coinsEgaux(const carto::Feature& t, const carto::Part& attendus) {
+    const carto::Part& r = t.parts().front();
+    for (size_t i = 0; i < attendus.size(); ++i) {
+        EXPECT_NEAR(r[i].x, attendus[i].x, 1e-9) << "point " << i + 1;
+        EXPECT_NEAR(r[i].y, attendus[i].y, 1e-9) << "point " << i + 1;
+    }
+}
+
+struct MajFixture : EchangeFixture {
+    carto::Point o = dansAllee(QStringLiteral("A"), QStringLiteral("Allée 1"));
+
+    carto::Feature rectangle(const carto::Part& relatifs) {
+        carto::Part coins;
+        for (const carto::Point& p : relatifs)
+            coins.push_back({o.x + p.x, o.y + p.y});
+        return ajouteTombe(coins);
+    }
+    carto::Part decale(const carto::Part& relatifs) const {
+        carto::Part out;
+        for (const carto::Point& p : relatifs)
+            out.push_back({o.x + p.x, o.y + p.y});
+        return out;
+    }
+    void maj(RecordsetPtr& rs, const QString& type = QStringLiteral("U")) {
+        QString t = type;
+        c->MAJ(rs, t);
+    }
+    carto::Feature relu(qint64 fid) { return c->Calque_Tombe->feature(fid); }
+};
+
+} // namespace
+
+TEST(MAJ, RedrawsAxisParallelPlotsFromEitherSide) {
+    MajFixture f;
+    const carto::Feature long1 = f.rectangle({{0, 0}, {3, 0}, {3, 2}, {0, 2}});
+    const carto::Feature court1 = f.rectangle({{0, 0}, {0, 2}, {3, 2}, {3, 0}});
+    const carto::Feature pareil = f.rectangle({{0, 0}, {2.5, 0}, {2.5, 1.2}, {0, 1.2}});
+    const carto::Part avant = pareil.parts().front();
+    RecordsetPtr rs = enregistrements();
+    ajoute(*rs, long1.fid(), 11, QStringLiteral("Durand"), 4.0, 2.5);
+    ajoute(*rs, court1.fid(), 12, QStringLiteral("Martin"), 4.0, 2.5);
+    ajoute(*rs, pareil.fid(), 13, QStringLiteral("Petit"), 2.5, 1.2);
+    f.maj(rs);
+    EXPECT_EQ(rs, nullptr);
+
+    coinsEgaux(f.relu(long1.fid()), f.decale({{0, 0}, {4, 0}, {4, 2.5}, {0, 2.5}}));
+    coinsEgaux(f.relu(court1.fid()), f.decale({{0, 0}, {0, 2.5}, {4, 2.5}, {4, 0}}));
+    EXPECT_EQ(f.relu(pareil.fid()).parts().front(), avant); // sizes equal: untouched
+    EXPECT_EQ(f.relu(pareil.fid()).attribute(u"IDGCF").toInt(), 13);
+    EXPECT_EQ(f.relu(pareil.fid()).attribute(u"Nom").toString(), QStringLiteral("Petit"));
+
+    // Written to the plan.
+    carto::Map plan;
+    plan.loadMapSet(f.c->surface().Map1->map().mapSet());
+    EXPECT_EQ(plan.requireLayer(u"Tombes").feature(long1.fid()).attribute(u"Nom").toString(),
+              QStringLiteral("Durand"));
+}
+
+TEST(MAJ, AnObliquePlotKeepsItsFirstCornerDirectionAndSide) {
+    MajFixture f;
+    const double a = 0.5, ca = std::cos(a), sa = std::sin(a);
+    // 3 along (cos, sin), 2 to its right-hand side (the old P3's side).
+    const carto::Feature t = f.rectangle(
+        {{0, 0}, {3 * ca, 3 * sa}, {3 * ca + 2 * sa, 3 * sa - 2 * ca}, {2 * sa, -2 * ca}});
+    RecordsetPtr rs = enregistrements();
+    ajoute(*rs, t.fid(), 1, QStringLiteral("Oblique"), 5.0, 1.5);
+    f.maj(rs);
+    coinsEgaux(f.relu(t.fid()), f.decale({{0, 0},
+                                          {5 * ca, 5 * sa},
+                                          {5 * ca + 1.5 * sa, 5 * sa - 1.5 * ca},
+                                          {1.5 * sa, -1.5 * ca}}));
+}
+
+TEST(MAJ, TheWholePlanRoundTripsThroughGetInfoWithTheGauge) {
+    MajFixture f;
+    RecordsetPtr rs = f.getInfo(QStringLiteral("C"));
+    ASSERT_NE(rs, nullptr);
+    const int n = rs->recordCount();
+    std::map<qint64, carto::Part> formes;
+    for (rs->moveFirst(); !rs->eof(); rs->moveNext()) {
+        const qint64 fid = rs->value(u"IdMapInfo").toLongLong();
+        formes[fid] = f.relu(fid).parts().front();
+        rs->setValue(u"IdGCF", 1000 + int(fid));
+        rs->setValue(u"Nom", QStringLiteral("Famille %1").arg(fid));
+        rs->update();
+    }
+    f.maj(rs, QStringLiteral("A"));
+    EXPECT_EQ(rs, nullptr);
+    EXPECT_FALSE(f.w<QWidget>("Panel_Jauge")->isVisible());
+    EXPECT_EQ(f.w<QProgressBar>("ProgressBar1")->value(), n);
+    for (const auto& [fid, forme] : formes) {
+        const carto::Feature t = f.relu(fid);
+        EXPECT_EQ(t.attribute(u"IDGCF").toInt(), 1000 + fid);
+        EXPECT_EQ(t.parts().front(), forme) << "sizes sent back as collected move nothing";
+    }
+}
+
+TEST(MAJ, BadRecordSetsGiveClearErrorsAndNeverHalfWriteTheFirstRecord) {
+    MajFixture f;
+    const carto::Feature t = f.rectangle({{0, 0}, {3, 0}, {3, 2}, {0, 2}});
+    const carto::Feature u = f.rectangle({{0, 0}, {2, 0}, {2, 1}, {0, 1}});
+
+    RecordsetPtr vide = enregistrements();
+    f.maj(vide);
+    EXPECT_EQ(f.messages.back().texte, QStringLiteral("Aucun élément à mettre à jour"));
+    ASSERT_NE(vide, nullptr);
+    EXPECT_TRUE(vide->isOpen());
+
+    RecordsetPtr sansColonne = std::make_shared<recordset::Recordset>();
+    sansColonne->appendField(QStringLiteral("IdMapInfo"), recordset::DataType::SmallInt);
+    sansColonne->open();
+    sansColonne->addNew();
+    sansColonne->setValue(u"IdMapInfo", qint16(t.fid()));
+    sansColonne->update();
+    EXPECT_THROW(f.maj(sansColonne), Erreur);
+
+    // First record: an unknown plot, then impossible sizes. Nothing of it is written.
+    for (const auto& [fid, longueur, largeur] :
+         {std::tuple{qint64(30000), 4.0, 2.0}, std::tuple{t.fid(), -4.0, 2.0},
+          std::tuple{t.fid(), 0.0, 0.0}}) {
+        RecordsetPtr rs = enregistrements();
+        ajoute(*rs, fid, 99, QStringLiteral("Intrus"), longueur, largeur);
+        EXPECT_THROW(f.maj(rs), Erreur);
+        EXPECT_NE(rs, nullptr);
+        EXPECT_NE(f.relu(t.fid()).attribute(u"Nom").toString(), QStringLiteral("Intrus"));
+        EXPECT_EQ(f.relu(t.fid()).attribute(u"IDGCF"), QVariant());
+    }
+
+    // Past the first record, a bad one is skipped and the others go through; a record
+    // whose only fault is its sizes keeps its attributes.
+    RecordsetPtr rs = enregistrements();
+    ajoute(*rs, t.fid(), 21, QStringLiteral("Premier"), 3.0, 2.0);
+    ajoute(*rs, 30001, 22, QStringLiteral("Fantôme"), 3.0, 2.0);
+    ajoute(*rs, t.fid(), 21, QStringLiteral("Premier"), 3.0, 2.0);
+    ajoute(*rs, u.fid(), 23, QStringLiteral("Second"), -1.0, 1.0);
+    f.maj(rs);
+    EXPECT_EQ(rs, nullptr);
+    EXPECT_EQ(f.relu(t.fid()).attribute(u"Nom").toString(), QStringLiteral("Premier"));
+    EXPECT_EQ(f.relu(u.fid()).attribute(u"Nom").toString(), QStringLiteral("Second"));
+    EXPECT_EQ(f.relu(u.fid()).parts().front(), u.parts().front());
+}
