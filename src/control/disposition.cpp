@@ -2,6 +2,8 @@
 
 #include "control/contexte.h"
 
+#include <QFontMetrics>
+
 #include <cmath>
 
 namespace veldra {
@@ -41,11 +43,21 @@ void dispose(Contexte& ctx) {
     s.Btn_Pref->move(carte.right() - s.Btn_Pref->width() - px(105),
                      (haut - s.Btn_Pref->height()) / 2);
     const int echelleG = s.Btn_Pref->x() - px(1755);
-    s.Echelle->setGeometry(echelleG, 0, px(560), haut);
-    s.L_echelle->setGeometry(echelleG + px(560) + px(30), 0, px(900), haut);
-    s.L_echelle2->setGeometry(echelleG + px(560) + px(30), haut - px(150), px(900), px(150));
+    const int libelle = std::max(px(560), s.Echelle->sizeHint().width());
+    s.Echelle->setGeometry(echelleG - libelle + px(560), 0, libelle, haut);
+    s.L_echelle->setGeometry(echelleG + px(560) + px(30), 0, px(1100), haut);
+    s.L_echelle2->setGeometry(echelleG + px(560) + px(30), haut - px(150), px(1100), px(150));
     const int nomG = s.B_Outils->geometry().right() + px(300);
-    s.L_NomCimetiere->setGeometry(nomG, 0, std::max(0, echelleG - px(300) - nomG), haut);
+    const int place = std::max(0, s.Echelle->x() - px(300) - nomG);
+    s.L_NomCimetiere->setGeometry(nomG, 0, place, haut);
+    // A long name gets a smaller font rather than being cut.
+    QFont police = s.L_NomCimetiere->font();
+    for (double taille = 13; taille >= 8; taille -= 1) {
+        police.setPointSizeF(taille);
+        if (QFontMetrics(police).horizontalAdvance(s.L_NomCimetiere->text()) <= place)
+            break;
+    }
+    s.L_NomCimetiere->setFont(police);
 
     // Distance panel against the right band; gauge centred over the map.
     s.Panel_Dist->move(s.Panel_Droite->x() - s.Panel_Dist->width() - px(45), haut + px(30));

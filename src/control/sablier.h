@@ -2,6 +2,7 @@
 // The hourglass while the control works: set on construction, the default pointer back on
 // destruction, so every set is paired with its restore whatever happens in between.
 
+#include <QCursor>
 #include <QGuiApplication>
 
 namespace veldra {

@@ -338,6 +338,10 @@ void panneauxFlottants(Surface& s, QWidget& c) {
     pr->addWidget(new QLabel(QStringLiteral("Couleur de fond du plan"), s.P_preferences));
     s.PCouleur = panneau(s.P_preferences, "PCouleur", QFrame::Box);
     s.PCouleur->setFixedSize(60, 24);
+    // The sample shows the map's background, white until the user's settings say otherwise.
+    QPalette blanc = s.PCouleur->palette();
+    blanc.setColor(QPalette::Window, Qt::white);
+    s.PCouleur->setPalette(blanc);
     pr->addWidget(s.PCouleur);
     pr->addStretch(1);
     s.P_preferences->hide();

@@ -11,6 +11,7 @@
 #include "editing/suppression.h"
 #include "exchange/collecte.h"
 #include "exchange/mise_a_jour.h"
+#include "output/echelle.h"
 #include "plan/calque_courant.h"
 #include "plan/nouveau_cimetiere.h"
 #include "plan/ouverture.h"
@@ -83,6 +84,7 @@ void Veldra::connecteSurface() {
     // A one-shot deferred step: the editing modules arm it and say what it does.
     connect(surface_.Timer1, &QTimer::timeout, surface_.Timer1, &QTimer::stop);
     surface_.Map1->installEventFilter(this);
+    connect(surface_.Map1, &carto::MapView::viewChanged, this, [c] { afficheEchelle(*c); });
 }
 
 // ---- properties

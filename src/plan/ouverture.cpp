@@ -1,6 +1,7 @@
 #include "plan/ouverture.h"
 
 #include "control/contexte.h"
+#include "control/disposition.h"
 #include "control/dossier_controle.h"
 #include "control/parametres.h"
 #include "control/sablier.h"
@@ -150,7 +151,10 @@ void ouvrePlan(Contexte& ctx, const QString& chemin, const QString& nom, bool no
     Surface& s = ctx.s;
     carto::MapView& carte = *s.Map1;
 
-    o.etape([&] { s.L_NomCimetiere->setText(nom); });
+    o.etape([&] {
+        s.L_NomCimetiere->setText(nom);
+        dispose(ctx); // the name's font fits its place
+    });
     o.etape([&] { o.charge(chemin); });
     o.lie(v.Calque_Tombe, "Tombes");
     o.lie(v.Calque_Numero, "Numeros");

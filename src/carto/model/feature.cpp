@@ -42,10 +42,15 @@ Feature make(FeatureKind kind, Parts parts, const Style& style, QString text = {
 
 void refreshDerived(FeatureData& data) {
     data.centre.reset();
-    if (data.kind == FeatureKind::Text && !data.parts.empty() && !data.parts[0].empty())
-        data.bounds =
-            textBounds(data.parts[0][0], data.text, data.style ? *data.style : kDefaultStyle);
-    else
+    const Style& style = data.style ? *data.style : kDefaultStyle;
+    if (data.kind == FeatureKind::Text && !data.parts.empty() && !data.parts[0].empty()) {
+        data.bounds = textBounds(data.parts[0][0], data.text, style);
+    } else if (data.kind == FeatureKind::Symbol && !data.parts.empty() && !data.parts[0].empty()) {
+        // A symbol of s points covers a square s / 100 map units wide, as texts do.
+        const Point p = data.parts[0][0];
+        const double h = std::max(style.symbolSize, 0.0) / 200.0;
+        data.bounds = Rect{p.x - h, p.y - h, p.x + h, p.y + h};
+    } else
         data.bounds = partsBounds(data.parts);
 }
 

@@ -107,12 +107,21 @@ void FeaturePainter::drawLine(const Parts& lines, const QPen& pen) {
 }
 
 void FeaturePainter::drawSymbol(Point at, const Style& style) {
+    // Symbols scale with the map, like texts: s points are s / 100 map units.
+    const double sizePx = style.symbolSize / 100.0 * k_;
     const QPointF p = viewport_.toScreen(at);
-    painter_.setFont(symbolFont(style));
+    if (sizePx < kMinTextPixels) {
+        painter_.fillRect(QRectF(std::floor(p.x()), std::floor(p.y()), 1, 1),
+                          toQColor(style.symbolColor));
+        return;
+    }
+    QFont font(style.symbolFont);
+    font.setPixelSize(std::max(1, int(sizePx + 0.5)));
+    painter_.setFont(font);
     painter_.setPen(toQColor(style.symbolColor));
     const char32_t code = char32_t(style.symbolCharacter);
     const QString glyph = QString::fromUcs4(&code, 1);
-    const QRectF box(p.x() - 50, p.y() - 50, 100, 100);
+    const QRectF box(p.x() - sizePx, p.y() - sizePx, 2 * sizePx, 2 * sizePx);
     painter_.drawText(box, Qt::AlignCenter, glyph);
 }
 

@@ -81,10 +81,4 @@ QFont textFont(const Style& s, double pixelSize) {
     return f;
 }
 
-QFont symbolFont(const Style& s) {
-    QFont f(s.symbolFont);
-    f.setPointSizeF(std::max(1.0, s.symbolSize));
-    return f;
-}
-
 } // namespace carto

@@ -19,6 +19,5 @@ struct RegionPaint {
 RegionPaint regionPaint(const Style& s);
 QPen linePen(const Style& s);
 QFont textFont(const Style& s, double pixelSize);
-QFont symbolFont(const Style& s);
 
 } // namespace carto

@@ -1,0 +1,112 @@
+// The demo host: opens the sample plan (generated in the user's data folder on the first
+// run) or the plan given by --plan, in a window that logs the control's events. With
+// --screenshot, or with no display, it saves a picture of the window, prints the
+// picture's path as the last line of its output and quits.
+
+#include "capture_fenetre.h"
+#include "control/sablier.h"
+#include "control/veldra.h"
+#include "fenetre_principale.h"
+#include "options_demo.h"
+#include "plan_exemple.h"
+#include "recordset/erreur.h"
+#include "session_sans_ecran.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTextStream>
+#include <memory>
+#include <optional>
+
+using namespace veldra;
+using namespace veldra::demo;
+
+namespace {
+
+const QString NomExemple = QStringLiteral("Cimetière d'exemple");
+
+bool sansAffichage() {
+    const QString plateforme = QGuiApplication::platformName();
+    return plateforme == u"offscreen" || plateforme == u"minimal";
+}
+
+// Runs the window. Returns the exit code; `capture` receives the picture's path when one
+// was taken.
+int lanceDemo(const OptionsDemo& options, const QString& dossierDonnees, QTextStream& erreurs,
+              std::optional<QString>& capture) {
+    QString chemin = options.plan;
+    QString nom = QFileInfo(chemin).completeBaseName();
+    if (chemin.isEmpty()) {
+        const Sablier sablier;
+        chemin = assurePlanExemple(dossierDonnees);
+        nom = NomExemple;
+    }
+    if (!options.capture.isEmpty())
+        prepareDossier(QFileInfo(options.capture).absolutePath());
+
+    QSettings reglages(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("veldra-demo"),
+                       QStringLiteral("veldra-demo"));
+    FenetrePrincipale fenetre(reglages);
+    if (!options.capture.isEmpty()) {
+        fenetre.plan().setPrompter(std::make_unique<PrompterSansEcran>(erreurs));
+        fenetre.plan().setModalHook([&erreurs](QDialog& d) { return refuseDialogue(erreurs, d); });
+    }
+    fenetre.resize(TailleCapture);
+    fenetre.show();
+    QApplication::processEvents();
+
+    const bool ouvert = fenetre.ouvrePlan(chemin, nom);
+    if (options.capture.isEmpty())
+        return QApplication::exec();
+
+    if (!ouvert)
+        throw Erreur(err::PlanIllisible, QStringLiteral("Le plan « %1 » n'a pas pu être ouvert.")
+                                             .arg(QDir::toNativeSeparators(chemin)));
+    captureFenetre(fenetre, fenetre.plan().surface().Map1, options.capture);
+    fenetre.close();
+    capture = options.capture;
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("veldra-demo"));
+    QTextStream erreurs(stderr);
+
+    const QString dossierDonnees =
+        QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    OptionsDemo options;
+    try {
+        options =
+            analyseLigneDeCommande(QApplication::arguments(), sansAffichage(), dossierDonnees);
+    } catch (const Erreur& e) {
+        erreurs << "veldra-demo : " << e.description() << Qt::endl;
+        return 2;
+    }
+    if (options.aide) {
+        QTextStream(stdout) << options.texteAide;
+        return 0;
+    }
+
+    std::optional<QString> capture;
+    int code = 0;
+    try {
+        code = lanceDemo(options, dossierDonnees, erreurs, capture);
+    } catch (const Erreur& e) {
+        erreurs << "veldra-demo : " << e.description() << Qt::endl;
+        if (options.capture.isEmpty() && !sansAffichage())
+            QMessageBox::critical(nullptr, QStringLiteral("Veldra — démonstration"),
+                                  e.description());
+        return 1;
+    }
+    // Last, once the window is gone, so scripts can take the path from the final line.
+    if (capture)
+        QTextStream(stdout) << *capture << Qt::endl;
+    return code;
+}

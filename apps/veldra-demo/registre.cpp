@@ -1,0 +1,211 @@
+#include "registre.h"
+
+#include "recordset/erreur.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QUuid>
+#include <QVariant>
+
+namespace veldra::demo {
+
+namespace {
+
+const char* const kNoms[] = {"Martin",  "Bernard",  "Dubois",   "Thomas",  "Robert",
+                             "Richard", "Petit",    "Durand",   "Leroy",   "Moreau",
+                             "Simon",   "Laurent",  "Lefebvre", "Michel",  "Garcia",
+                             "David",   "Bertrand", "Roux",     "Vincent", "Fournier"};
+const char* const kPrenoms[] = {"Jean",  "Marie",   "Pierre", "Jeanne",    "Louis",
+                                "Anne",  "Henri",   "Louise", "Joseph",    "Marguerite",
+                                "André", "Suzanne", "Paul",   "Madeleine", "René"};
+
+void execute(QSqlQuery& q) {
+    if (!q.exec())
+        throw Erreur(err::EcritureImpossible,
+                     QStringLiteral("Registre : %1").arg(q.lastError().text()));
+}
+
+QString nomDe(int i) {
+    return QString::fromUtf8(kNoms[i % int(std::size(kNoms))]);
+}
+
+QString personne(int i, int j) {
+    return QString::fromUtf8(kPrenoms[(i * 7 + j * 3) % int(std::size(kPrenoms))]) + u' ' +
+           nomDe(i).toUpper();
+}
+
+} // namespace
+
+Registre::Registre(const QString& fichier)
+    : connexion_(QStringLiteral("registre-") + QUuid::createUuid().toString(QUuid::WithoutBraces)) {
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connexion_);
+    db.setDatabaseName(fichier);
+    if (!db.open())
+        throw Erreur(err::AccesRefuse, QStringLiteral("Le registre « %1 » ne s'ouvre pas : %2")
+                                           .arg(fichier, db.lastError().text()));
+    creeTables();
+}
+
+Registre::~Registre() {
+    {
+        QSqlDatabase db = QSqlDatabase::database(connexion_, false);
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(connexion_);
+}
+
+QSqlDatabase Registre::base() const {
+    return QSqlDatabase::database(connexion_, false);
+}
+
+void Registre::creeTables() {
+    QSqlQuery q(base());
+    for (const char* sql :
+         {"CREATE TABLE IF NOT EXISTS concessions (idgcf INTEGER PRIMARY KEY, numero TEXT, "
+          "section TEXT, allee TEXT, emplacement TEXT, type TEXT, debut TEXT, duree INTEGER)",
+          "CREATE INDEX IF NOT EXISTS concessions_lieu ON concessions(section, allee, emplacement)",
+          "CREATE TABLE IF NOT EXISTS titulaires (idgcf INTEGER, nom TEXT)",
+          "CREATE TABLE IF NOT EXISTS ayants_droit (idgcf INTEGER, nom TEXT, lien TEXT)",
+          "CREATE TABLE IF NOT EXISTS defunts (idgcf INTEGER, nom TEXT, deces TEXT)"}) {
+        q.prepare(QString::fromUtf8(sql));
+        execute(q);
+    }
+}
+
+int Registre::nombreConcessions() const {
+    QSqlQuery q(base());
+    q.prepare(QStringLiteral("SELECT count(*) FROM concessions"));
+    execute(q);
+    return q.next() ? q.value(0).toInt() : 0;
+}
+
+void Registre::genere(recordset::Recordset& collecte, int sansConcession, int enTrop) {
+    QSqlDatabase db = base();
+    db.transaction();
+    try {
+        QSqlQuery c(db), t(db), a(db), d(db);
+        c.prepare(QStringLiteral("INSERT INTO concessions VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
+        t.prepare(QStringLiteral("INSERT INTO titulaires VALUES (?, ?)"));
+        a.prepare(QStringLiteral("INSERT INTO ayants_droit VALUES (?, ?, ?)"));
+        d.prepare(QStringLiteral("INSERT INTO defunts VALUES (?, ?, ?)"));
+        int i = 0, id = 100;
+        auto ajoute = [&](const QString& section, const QString& allee, const QString& numero) {
+            ++id;
+            const bool perpetuelle = id % 5 == 0;
+            c.addBindValue(id);
+            c.addBindValue(QStringLiteral("C-%1").arg(id, 5, 10, QLatin1Char('0')));
+            c.addBindValue(section);
+            c.addBindValue(allee);
+            c.addBindValue(numero);
+            c.addBindValue(perpetuelle ? QStringLiteral("Perpétuelle")
+                                       : QStringLiteral("Trentenaire"));
+            c.addBindValue(QStringLiteral("%1-0%2-15").arg(1950 + id % 70).arg(1 + id % 9));
+            c.addBindValue(perpetuelle ? 0 : 30);
+            execute(c);
+            t.addBindValue(id);
+            t.addBindValue(personne(id, 0));
+            execute(t);
+            a.addBindValue(id);
+            a.addBindValue(personne(id, 1));
+            a.addBindValue(id % 2 ? QStringLiteral("enfant") : QStringLiteral("conjoint"));
+            execute(a);
+            for (int k = 0; k < 1 + id % 3; ++k) {
+                d.addBindValue(id);
+                d.addBindValue(personne(id, k + 2));
+                d.addBindValue(QStringLiteral("%1").arg(1960 + (id * 3 + k * 11) % 60));
+                execute(d);
+            }
+        };
+        for (collecte.moveFirst(); !collecte.eof(); collecte.moveNext(), ++i) {
+            if (sansConcession > 0 && i % sansConcession == sansConcession - 1)
+                continue; // a plot nobody holds yet
+            ajoute(collecte.value(u"Section").toString(), collecte.value(u"Allee").toString(),
+                   collecte.value(u"Num").toString());
+        }
+        for (int k = 0; k < enTrop; ++k)
+            ajoute(QStringLiteral("Ancien cimetière"), QString(), QString::number(k + 1));
+        db.commit();
+    } catch (...) {
+        db.rollback();
+        throw;
+    }
+}
+
+std::optional<int> Registre::concession(const QString& section, const QString& allee,
+                                        const QString& numero) const {
+    QSqlQuery q(base());
+    q.prepare(QStringLiteral(
+        "SELECT idgcf FROM concessions WHERE section = ? AND allee = ? AND emplacement = ?"));
+    q.addBindValue(section);
+    q.addBindValue(allee);
+    q.addBindValue(numero);
+    execute(q);
+    if (!q.next())
+        return std::nullopt;
+    return q.value(0).toInt();
+}
+
+int Registre::associe(recordset::Recordset& collecte) const {
+    QSqlQuery titulaire(base());
+    titulaire.prepare(QStringLiteral("SELECT nom FROM titulaires WHERE idgcf = ?"));
+    int trouves = 0;
+    for (collecte.moveFirst(); !collecte.eof(); collecte.moveNext()) {
+        const std::optional<int> id =
+            concession(collecte.value(u"Section").toString(), collecte.value(u"Allee").toString(),
+                       collecte.value(u"Num").toString());
+        QString nom;
+        if (id) {
+            ++trouves;
+            titulaire.addBindValue(*id);
+            execute(titulaire);
+            if (titulaire.next())
+                nom = titulaire.value(0).toString().section(u' ', -1);
+        }
+        collecte.setValue(u"IdGCF", id.value_or(0));
+        collecte.setValue(u"Nom", nom.left(32));
+        collecte.update();
+    }
+    return trouves;
+}
+
+Personnes Registre::personnes(int idgcf) const {
+    Personnes p;
+    const std::pair<const char*, QStringList*> tables[] = {
+        {"SELECT nom FROM titulaires WHERE idgcf = ?", &p.titulaires},
+        {"SELECT nom || ' (' || lien || ')' FROM ayants_droit WHERE idgcf = ?", &p.ayantsDroit},
+        {"SELECT nom || ' †' || deces FROM defunts WHERE idgcf = ?", &p.defunts}};
+    for (const auto& [sql, liste] : tables) {
+        QSqlQuery q(base());
+        q.prepare(QString::fromUtf8(sql));
+        q.addBindValue(idgcf);
+        execute(q);
+        while (q.next())
+            *liste << q.value(0).toString();
+    }
+    return p;
+}
+
+QStringList Registre::fiches(const QList<int>& ids) const {
+    QStringList out;
+    QSqlQuery q(base());
+    q.prepare(QStringLiteral("SELECT numero, section, allee, emplacement, type, debut, duree "
+                             "FROM concessions WHERE idgcf = ?"));
+    for (const int id : ids) {
+        q.addBindValue(id);
+        execute(q);
+        if (!q.next()) {
+            out << QStringLiteral("%1 : aucune concession au registre").arg(id);
+            continue;
+        }
+        const Personnes p = personnes(id);
+        out << QStringLiteral("%1 — section %2, %3, emplacement %4 — %5 depuis le %6 — "
+                              "titulaire : %7 — défunts : %8")
+                   .arg(q.value(0).toString(), q.value(1).toString(), q.value(2).toString(),
+                        q.value(3).toString(), q.value(4).toString(), q.value(5).toString(),
+                        p.titulaires.join(QStringLiteral(", ")),
+                        p.defunts.join(QStringLiteral(", ")));
+    }
+    return out;
+}
+
+} // namespace veldra::demo

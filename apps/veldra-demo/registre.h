@@ -1,0 +1,54 @@
+#pragma once
+// The host's register of concessions, in SQLite: each concession with its key (IDGCF),
+// its number, its place (section, alley, plot number), its holders, right holders and
+// buried persons. It is generated once from the sample plan's plots, with a few plots
+// left without a concession and a few concessions without a plot, as real registers are.
+
+#include "recordset/recordset.h"
+
+#include <QSqlDatabase>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+namespace veldra::demo {
+
+struct Personnes {
+    QStringList titulaires;
+    QStringList ayantsDroit;
+    QStringList defunts;
+};
+
+class Registre {
+public:
+    // Opens (and creates the tables of) the register file. Erreur when it cannot be opened.
+    explicit Registre(const QString& fichier);
+    ~Registre();
+    Registre(const Registre&) = delete;
+    Registre& operator=(const Registre&) = delete;
+
+    int nombreConcessions() const;
+    // Fills an empty register from a collection of the whole plan (GetInfo "C"). Every
+    // `sansConcession`-th plot gets none; `enTrop` concessions get a place no plot has.
+    void genere(recordset::Recordset& collecte, int sansConcession = 29, int enTrop = 4);
+
+    // The concession at a place, by section, alley and plot number.
+    std::optional<int> concession(const QString& section, const QString& allee,
+                                  const QString& numero) const;
+    // Writes each record's IdGCF and Nom (the holder's family name) from the register;
+    // records of plots without a concession get IdGCF 0 and an empty Nom. The number of
+    // records matched.
+    int associe(recordset::Recordset& collecte) const;
+
+    Personnes personnes(int idgcf) const;
+    // One line per concession: its number, place and holders.
+    QStringList fiches(const QList<int>& ids) const;
+
+    QSqlDatabase base() const;
+
+private:
+    void creeTables();
+    QString connexion_;
+};
+
+} // namespace veldra::demo

@@ -1,0 +1,101 @@
+// The host's register: made from the plan, matched with it on Synchro, and answering the
+// control's requests for people and file cards.
+#include "control/veldra.h"
+#include "fenetre_principale.h"
+#include "plan_exemple.h"
+#include "registre.h"
+#include "session_sans_ecran.h"
+
+#include <QApplication>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace veldra;
+using namespace veldra::demo;
+
+namespace {
+
+struct HoteAvecRegistre {
+    QTemporaryDir dossier;
+    QSettings reglages{dossier.filePath(QStringLiteral("demo.ini")), QSettings::IniFormat};
+    QString messages;
+    QTextStream sortie{&messages};
+    std::unique_ptr<FenetrePrincipale> f;
+
+    HoteAvecRegistre() {
+        plantool::SampleOptions options = optionsExemple();
+        options.plots = 90;
+        options.raster = false;
+        const QString plan = assurePlanExemple(dossier.path(), options);
+        f = std::make_unique<FenetrePrincipale>(reglages);
+        f->plan().setPrompter(std::make_unique<PrompterSansEcran>(sortie));
+        EXPECT_TRUE(f->ouvrePlan(plan, QStringLiteral("Essai")));
+    }
+    Veldra& c() { return f->plan(); }
+};
+
+} // namespace
+
+TEST(Registre, IsMadeFromThePlanWithGapsOnBothSides) {
+    HoteAvecRegistre h;
+    Registre* r = h.f->registre();
+    ASSERT_NE(r, nullptr);
+    // 90 plots, every 29th without a concession, and 4 concessions with no plot.
+    EXPECT_EQ(r->nombreConcessions(), 90 - 3 + 4);
+    const carto::Feature premier = h.c().Calque_Tombe->allFeatures().at(0);
+    EXPECT_TRUE(r->concession(QStringLiteral("A"), QStringLiteral("Allée 1"),
+                              premier.attribute(u"Numero").toString())
+                    .has_value());
+    const Personnes gens = r->personnes(101);
+    EXPECT_EQ(gens.titulaires.size(), 1);
+    EXPECT_FALSE(gens.defunts.isEmpty());
+}
+
+TEST(Registre, SynchronisationWritesTheConcessionsIntoThePlan) {
+    HoteAvecRegistre h;
+    h.f->findChild<QPushButton*>(QStringLiteral("Btn_Synchro"))->click();
+    int avecConcession = 0, sans = 0;
+    h.c().Calque_Tombe->forEachFeature([&](const carto::Feature& t) {
+        const int id = t.attribute(u"IDGCF").toInt();
+        (id > 0 ? avecConcession : sans) += 1;
+        if (id > 0) {
+            EXPECT_FALSE(t.attribute(u"Nom").toString().isEmpty());
+        }
+    });
+    EXPECT_EQ(avecConcession, 87);
+    EXPECT_EQ(sans, 3);
+    EXPECT_TRUE(h.f->journal().toPlainText().contains(QStringLiteral("87 emplacement(s) sur 90")));
+
+    // Written to the plan's file, not only in memory.
+    carto::Map relu;
+    relu.loadMapSet(h.c().contexte().carte().mapSet());
+    int relus = 0;
+    relu.requireLayer(u"Tombes").forEachFeature(
+        [&](const carto::Feature& t) { relus += t.attribute(u"IDGCF").toInt() > 0 ? 1 : 0; });
+    EXPECT_EQ(relus, 87);
+}
+
+TEST(Registre, InformationAndFileCardsComeFromTheRegister) {
+    HoteAvecRegistre h;
+    h.f->findChild<QPushButton*>(QStringLiteral("Btn_Synchro"))->click();
+    carto::Layer& tombes = *h.c().Calque_Tombe;
+    qint64 avec = -1;
+    tombes.forEachFeature([&](const carto::Feature& t) {
+        if (avec < 0 && t.attribute(u"IDGCF").toInt() > 0)
+            avec = t.fid();
+    });
+    ASSERT_GE(avec, 0);
+    tombes.selectAdd(avec);
+    h.f->findChild<QToolButton*>(QStringLiteral("B_OutilsInfo"))->click();
+    EXPECT_TRUE(h.f->journal().toPlainText().contains(QStringLiteral("titulaire(s)")));
+
+    h.f->findChild<QPushButton*>(QStringLiteral("HLBBttn2"))->click();
+    auto* fiche = h.f->findChild<QDialog*>(QStringLiteral("FicheConcessions"));
+    ASSERT_NE(fiche, nullptr);
+    const QString texte = fiche->findChild<QPlainTextEdit*>()->toPlainText();
+    EXPECT_TRUE(texte.contains(QStringLiteral("titulaire")));
+    EXPECT_FALSE(texte.contains(QStringLiteral("aucune concession")));
+}
