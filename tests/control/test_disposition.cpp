@@ -1,5 +1,6 @@
 // Layout and the surface's own panels.
 #include "control/disposition.h"
+#include "output/echelle.h"
 #include "control_fixture.h"
 
 #include <QTest>
@@ -91,4 +92,16 @@ TEST(Disposition, TheWholePlanButtonNeedsAnEnclosureToZoom) {
     f.w<QToolButton>("B_Outils_7")->click();
     EXPECT_EQ(map->currentTool(), 105);
     EXPECT_TRUE(f.w<QWidget>("Panel_Dist")->isVisible());
+}
+
+TEST(Disposition, TheScaleFollowsTheView) {
+    EXPECT_EQ(formatMilliers(1234567), QStringLiteral("1234 567"));
+    EXPECT_EQ(formatMilliers(500), QStringLiteral(" 500"));
+    EXPECT_EQ(formatMilliers(0.4), QStringLiteral(" "));
+    ControleFixture f;
+    carto::MapView* map = f.c->surface().Map1;
+    map->setZoom(map->paperWidth() * 20); // 20 m of plan for each centimetre of screen
+    EXPECT_EQ(f.w<QLabel>("L_echelle")->text(), QStringLiteral("2 000"));
+    map->setZoom(map->paperWidth() * 0.004);
+    EXPECT_EQ(f.w<QLabel>("L_echelle")->text(), QStringLiteral("0.04"));
 }

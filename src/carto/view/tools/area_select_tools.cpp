@@ -39,92 +39,69 @@ bool isEscape(const QKeyEvent& e) {
 
 } // namespace
 
-// ---- radius
+// ---- shapes dragged
 
-void RadiusSelectTool::cancel() {
+void DragSelectTool::cancel() {
     if (state_ != State::Idle)
         view_.updateOverlay();
     state_ = State::Idle;
 }
 
-void RadiusSelectTool::mousePress(QMouseEvent& e) {
-    if (!isLeft(e))
-        return;
-    state_ = State::Dragging;
-    centre_ = mouse_ = e.position();
-}
-
-void RadiusSelectTool::mouseMove(QMouseEvent& e) {
-    if (state_ != State::Dragging)
-        return;
-    mouse_ = e.position();
-    view_.updateOverlay();
-}
-
-void RadiusSelectTool::mouseRelease(QMouseEvent& e) {
-    if (state_ != State::Dragging || !isLeft(e))
-        return;
-    mouse_ = e.position();
-    cancel();
-    std::optional<Feature> circle;
-    if (isDrag(centre_, mouse_)) {
-        const Point c = view_.toMap(centre_);
-        circle = Feature::fromGeometry(Geometry::circle(c, distance(c, view_.toMap(mouse_))));
-    }
-    selectCentresWithin(view_, circle, hasShift(e));
-}
-
-bool RadiusSelectTool::keyPress(QKeyEvent& e) {
-    if (!isEscape(e) || state_ == State::Idle)
-        return false;
-    cancel();
-    return true;
-}
-
-void RadiusSelectTool::paintOverlay(QPainter& painter) const {
-    if (state_ != State::Dragging)
-        return;
-    const double r = QLineF(centre_, mouse_).length();
-    painter.save();
-    useRubberBand(painter);
-    painter.drawEllipse(centre_, r, r);
-    painter.drawLine(centre_, mouse_);
-    painter.restore();
-}
-
-// ---- rectangle
-
-void RectangleSelectTool::cancel() {
-    if (state_ != State::Idle)
-        view_.updateOverlay();
-    state_ = State::Idle;
-}
-
-void RectangleSelectTool::mousePress(QMouseEvent& e) {
+void DragSelectTool::mousePress(QMouseEvent& e) {
     if (!isLeft(e))
         return;
     state_ = State::Dragging;
     start_ = mouse_ = e.position();
 }
 
-void RectangleSelectTool::mouseMove(QMouseEvent& e) {
+void DragSelectTool::mouseMove(QMouseEvent& e) {
     if (state_ != State::Dragging)
         return;
     mouse_ = e.position();
     view_.updateOverlay();
 }
 
-void RectangleSelectTool::mouseRelease(QMouseEvent& e) {
+void DragSelectTool::mouseRelease(QMouseEvent& e) {
     if (state_ != State::Dragging || !isLeft(e))
         return;
     mouse_ = e.position();
     cancel();
-    const bool add = hasShift(e);
-    if (!isDrag(start_, mouse_)) {
-        selectCentresWithin(view_, std::nullopt, add);
+    if (isDrag(start_, mouse_))
+        select(start_, mouse_, hasShift(e));
+    else
+        selectCentresWithin(view_, std::nullopt, hasShift(e)); // a click: nothing caught
+}
+
+bool DragSelectTool::keyPress(QKeyEvent& e) {
+    if (!isEscape(e) || state_ == State::Idle)
+        return false;
+    cancel();
+    return true;
+}
+
+void DragSelectTool::paintOverlay(QPainter& painter) const {
+    if (state_ != State::Dragging)
         return;
-    }
-    const Rect r = Rect::fromCorners(view_.toMap(start_), view_.toMap(mouse_));
+    painter.save();
+    useRubberBand(painter);
+    paintShape(painter, start_, mouse_);
+    painter.restore();
+}
+
+void RadiusSelectTool::select(QPointF from, QPointF to, bool add) {
+    const Point c = view_.toMap(from);
+    selectCentresWithin(
+        view_, Feature::fromGeometry(Geometry::circle(c, distance(c, view_.toMap(to)))), add);
+}
+
+void RadiusSelectTool::paintShape(QPainter& painter, QPointF from, QPointF to) const {
+    const double r = QLineF(from, to).length();
+    painter.drawEllipse(from, r, r);
+    painter.drawLine(from, to);
+}
+
+void RectangleSelectTool::select(QPointF from, QPointF to, bool add) {
+    const Rect r = Rect::fromCorners(view_.toMap(from), view_.toMap(to));
     try {
         selectFirstHits(
             view_,
@@ -137,20 +114,8 @@ void RectangleSelectTool::mouseRelease(QMouseEvent& e) {
     }
 }
 
-bool RectangleSelectTool::keyPress(QKeyEvent& e) {
-    if (!isEscape(e) || state_ == State::Idle)
-        return false;
-    cancel();
-    return true;
-}
-
-void RectangleSelectTool::paintOverlay(QPainter& painter) const {
-    if (state_ != State::Dragging)
-        return;
-    painter.save();
-    useRubberBand(painter);
-    painter.drawRect(QRectF(start_, mouse_).normalized());
-    painter.restore();
+void RectangleSelectTool::paintShape(QPainter& painter, QPointF from, QPointF to) const {
+    painter.drawRect(QRectF(from, to).normalized());
 }
 
 // ---- polygon

@@ -14,7 +14,8 @@
 
 namespace carto {
 
-class RadiusSelectTool : public Tool {
+// A shape dragged with the left button from a press to a release; Escape drops it.
+class DragSelectTool : public Tool {
 public:
     using Tool::Tool;
 
@@ -26,25 +27,10 @@ public:
     void paintOverlay(QPainter& painter) const override;
     QCursor cursor() const override { return Qt::CrossCursor; }
 
-private:
-    enum class State { Idle, Dragging };
-
-    State state_ = State::Idle;
-    QPointF centre_;
-    QPointF mouse_;
-};
-
-class RectangleSelectTool : public Tool {
-public:
-    using Tool::Tool;
-
-    void cancel() override;
-    void mousePress(QMouseEvent& e) override;
-    void mouseMove(QMouseEvent& e) override;
-    void mouseRelease(QMouseEvent& e) override;
-    bool keyPress(QKeyEvent& e) override;
-    void paintOverlay(QPainter& painter) const override;
-    QCursor cursor() const override { return Qt::CrossCursor; }
+protected:
+    // Selects with the shape dragged from `from` to `to` (screen pixels).
+    virtual void select(QPointF from, QPointF to, bool add) = 0;
+    virtual void paintShape(QPainter& painter, QPointF from, QPointF to) const = 0;
 
 private:
     enum class State { Idle, Dragging };
@@ -52,6 +38,26 @@ private:
     State state_ = State::Idle;
     QPointF start_;
     QPointF mouse_;
+};
+
+// A circle from its centre.
+class RadiusSelectTool : public DragSelectTool {
+public:
+    using DragSelectTool::DragSelectTool;
+
+private:
+    void select(QPointF from, QPointF to, bool add) override;
+    void paintShape(QPainter& painter, QPointF from, QPointF to) const override;
+};
+
+// A rectangle between two corners.
+class RectangleSelectTool : public DragSelectTool {
+public:
+    using DragSelectTool::DragSelectTool;
+
+private:
+    void select(QPointF from, QPointF to, bool add) override;
+    void paintShape(QPainter& painter, QPointF from, QPointF to) const override;
 };
 
 class PolygonSelectTool : public Tool {
