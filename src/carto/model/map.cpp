@@ -4,6 +4,9 @@
 #include "recordset/erreur.h"
 
 #include <cmath>
+#if __has_include(<malloc.h>)
+#include <malloc.h>
+#endif
 
 namespace carto {
 
@@ -44,6 +47,11 @@ void Map::loadMapSet(const QString& pathOrConnection) {
     datasets_.clear();
     layers_ = std::move(layers);
     store_ = std::move(store);
+#ifdef __GLIBC__
+    // Reading freed as much as it kept (OGR features, the previous map set); hand those
+    // pages back so a large plan costs what it holds.
+    malloc_trim(0);
+#endif
     emit datasetsChanged();
     emit layersChanged();
 }
