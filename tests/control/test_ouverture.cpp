@@ -272,3 +272,19 @@ TEST(Parametres, ADestroyedControlThatNeverOpenedAPlanDoesNotFail) {
     c.reset();
     SUCCEED();
 }
+
+TEST(Parametres, AControlFolderThatCannotBeWrittenFallsBackToTheUsersDataFolder) {
+    ControleFixture f;
+    const QString donnees = f.dir.filePath(QStringLiteral("donnees"));
+    const QByteArray avant = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", donnees.toUtf8());
+    f.c->setDossierControle(f.dir.filePath(QStringLiteral("absent/controle")));
+    f.ouvre(f.plan(10));
+    f.c.reset(); // the settings are written now
+    if (avant.isEmpty())
+        qunsetenv("XDG_DATA_HOME");
+    else
+        qputenv("XDG_DATA_HOME", avant);
+    EXPECT_TRUE(QFile::exists(donnees + QStringLiteral("/veldra/UserParam.INI")));
+    EXPECT_FALSE(QFile::exists(f.dir.filePath(QStringLiteral("absent/controle/UserParam.INI"))));
+}
