@@ -41,7 +41,6 @@ Feature make(FeatureKind kind, Parts parts, const Style& style, QString text = {
 } // namespace
 
 void refreshDerived(FeatureData& data) {
-    data.centre.reset();
     const Style& style = data.style ? *data.style : kDefaultStyle;
     if (data.kind == FeatureKind::Text && !data.parts.empty() && !data.parts[0].empty()) {
         data.bounds = textBounds(data.parts[0][0], data.text, style);
@@ -234,19 +233,17 @@ Anneau anneau(const Part& r) {
 } // namespace
 
 Point Feature::centre() const {
+    // Not cached: for a single ring (nearly every feature) the shoelace costs less than
+    // the memory a cache would take on every feature.
     const FeatureData& d = data();
-    if (!d.centre) {
-        const Anneau simple = d.kind == FeatureKind::Region && d.parts.size() == 1
-                                  ? anneau(d.parts.front())
-                                  : Anneau{};
+    if (d.kind == FeatureKind::Region && d.parts.size() == 1) {
+        const Anneau simple = anneau(d.parts.front());
         if (simple.doubleAire != 0)
-            d.centre = simple.centre;
-        else if (d.kind == FeatureKind::Region && !d.parts.empty())
-            d.centre = geometry().centroid();
-        else
-            d.centre = d.bounds.isNull() ? Point{} : d.bounds.center();
+            return simple.centre;
     }
-    return *d.centre;
+    if (d.kind == FeatureKind::Region && !d.parts.empty())
+        return geometry().centroid();
+    return d.bounds.isNull() ? Point{} : d.bounds.center();
 }
 
 Rect Feature::bounds() const {

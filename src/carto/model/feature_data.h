@@ -31,7 +31,6 @@ struct FeatureData {
 
     // Derived, kept with the data: recomputed whenever the data changes.
     Rect bounds;
-    mutable std::optional<Point> centre;
 };
 
 } // namespace carto

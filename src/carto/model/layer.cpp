@@ -160,7 +160,7 @@ Feature Layer::addFeature(const Feature& f) {
                                         : map_->store()->insert(name_, *data, fields_);
     });
     nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
-    features_[fid] = data;
+    features_.put(fid, data);
     indexFeature(fid, *data);
     changed();
     notify(data->bounds);
@@ -418,12 +418,16 @@ const PreparedGeometry& Layer::prepared(qint64 fid) const {
 void Layer::loadFeatures(std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>> rows) {
     features_.clear();
     prepared_.clear();
+    const auto byFid = [](const auto& a, const auto& b) { return a.first < b.first; };
+    if (!std::is_sorted(rows.begin(), rows.end(), byFid))
+        std::sort(rows.begin(), rows.end(), byFid);
+    features_.reserve(rows.size());
     std::vector<std::pair<Rect, qint64>> boxes;
     boxes.reserve(rows.size());
     for (auto& [fid, data] : rows) {
         boxes.emplace_back(data->bounds, fid);
         nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
-        features_.emplace_hint(features_.end(), fid, std::move(data));
+        features_.put(fid, std::move(data));
     }
     index_.rebuild(boxes);
     changed();

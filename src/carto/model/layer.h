@@ -12,6 +12,7 @@
 #include "carto/geometry/geometry.h"
 #include "carto/geometry/prepared.h"
 #include "carto/model/condition.h"
+#include "carto/model/feature_table.h"
 #include "carto/model/features.h"
 #include "carto/model/layer_info.h"
 #include "carto/model/spatial_index.h"
@@ -148,7 +149,7 @@ private:
     FieldList fields_;
     bool memory_;
 
-    std::map<qint64, std::shared_ptr<const FeatureData>> features_; // enumerated by FID
+    FeatureTable features_; // enumerated by FID
     qint64 nextMemoryFid_ = 1;
     SpatialIndex index_;
     Features selection_;
