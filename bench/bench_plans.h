@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QString>
+#include <benchmark/benchmark.h>
 #include <gdal_priv.h>
 #include <memory>
 
@@ -39,4 +40,16 @@ inline DatasetPtr openOgr(const QString& path, bool update) {
     return DatasetPtr(GDALDataset::Open(path.toUtf8().constData(),
                                         GDAL_OF_VECTOR | (update ? GDAL_OF_UPDATE : 0)),
                       [](GDALDataset* d) { GDALClose(d); });
+}
+
+// The main of every benchmark program: offscreen Qt (texts are measured with its fonts),
+// GDAL's drivers, then the benchmarks asked for on the command line.
+template <typename Application> int runBenchmarks(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    Application app(argc, argv);
+    GDALAllRegister();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
 }
