@@ -1,7 +1,7 @@
 #include "capture_fenetre.h"
 
+#include "base/erreur.h"
 #include "carto/view/map_view.h"
-#include "recordset/erreur.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

@@ -1,9 +1,9 @@
 #include "fenetre_principale.h"
 
+#include "base/erreur.h"
 #include "control/veldra.h"
 #include "journal_evenements.h"
 #include "proprietes_hote.h"
-#include "recordset/erreur.h"
 #include "registre.h"
 #include "reponses_hote.h"
 #include "veldra-plan/plan_tool.h"

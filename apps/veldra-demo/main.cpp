@@ -3,13 +3,13 @@
 // --screenshot, or with no display, it saves a picture of the window, prints the
 // picture's path as the last line of its output and quits.
 
+#include "base/erreur.h"
 #include "capture_fenetre.h"
-#include "control/sablier.h"
+#include "context/sablier.h"
 #include "control/veldra.h"
 #include "fenetre_principale.h"
 #include "options_demo.h"
 #include "plan_exemple.h"
-#include "recordset/erreur.h"
 #include "session_sans_ecran.h"
 
 #include <QApplication>

@@ -1,6 +1,6 @@
 #include "options_demo.h"
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 
 #include <QCommandLineParser>
 #include <QDir>

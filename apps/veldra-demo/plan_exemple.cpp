@@ -1,6 +1,6 @@
 #include "plan_exemple.h"
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 
 #include <QDir>
 #include <QFileInfo>

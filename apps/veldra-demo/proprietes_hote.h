@@ -3,7 +3,7 @@
 // property under one group. The group mirrors the bag exactly: a property the control no
 // longer writes (back to its default) disappears from the settings too.
 
-#include "control/property_bag.h"
+#include "context/property_bag.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include "registre.h"
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 
 #include <QSqlError>
 #include <QSqlQuery>

@@ -1,7 +1,7 @@
 #include "reponses_hote.h"
 
+#include "base/erreur.h"
 #include "control/veldra.h"
-#include "recordset/erreur.h"
 #include "registre.h"
 
 #include <QDialog>

@@ -3,7 +3,7 @@
 // go to the error output and are answered with the choice that changes nothing, and
 // modal dialogs are refused, so the run can never wait for a click.
 
-#include "control/prompter.h"
+#include "context/prompter.h"
 
 #include <QString>
 #include <QTextStream>

@@ -3,7 +3,7 @@
 // French message followed by GDAL's own reason; GDAL's messages never reach stderr while
 // a QuietGdal is alive.
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 
 #include <QString>
 #include <cpl_error.h>

@@ -2,7 +2,7 @@
 // Prints the path written; on failure the message on stderr and exit status 1; on bad
 // arguments the usage and exit status 2.
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 #include "veldra-plan/command_line.h"
 
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 #include "veldra-plan/output_file.h"
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 
 #include <QDir>
 #include <QFile>

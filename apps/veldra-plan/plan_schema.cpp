@@ -1,6 +1,6 @@
 #include "veldra-plan/plan_schema.h"
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 #include "veldra-plan/gdal_support.h"
 
 #include <cstring>

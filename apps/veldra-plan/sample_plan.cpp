@@ -1,6 +1,6 @@
 #include "veldra-plan/sample_plan.h"
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 #include "veldra-plan/gdal_support.h"
 #include "veldra-plan/layer_writer.h"
 #include "veldra-plan/ogr_style.h"

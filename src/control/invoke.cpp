@@ -1,9 +1,9 @@
 // Late binding: a member of the dispatch table called by its identifier, its by-reference
 // arguments written back into the caller's list.
+#include "base/erreur.h"
 #include "control/dispatch.h"
 #include "control/types_automation.h"
 #include "control/veldra.h"
-#include "recordset/erreur.h"
 
 #include <functional>
 #include <unordered_map>

@@ -1,11 +1,13 @@
 #include "control/veldra.h"
 
-#include "control/affichage.h"
-#include "control/disposition.h"
-#include "control/dossier_controle.h"
-#include "control/jauge.h"
-#include "control/parametres.h"
-#include "control/sablier.h"
+#include "base/erreur.h"
+#include "context/affichage.h"
+#include "context/disposition.h"
+#include "context/dossier_controle.h"
+#include "context/garde.h"
+#include "context/jauge.h"
+#include "context/parametres.h"
+#include "context/sablier.h"
 #include "control/types_automation.h"
 #include "editing/barre_outils.h"
 #include "editing/suppression.h"
@@ -15,16 +17,11 @@
 #include "plan/calque_courant.h"
 #include "plan/nouveau_cimetiere.h"
 #include "plan/ouverture.h"
-#include "recordset/erreur.h"
 
 #include <QDir>
 #include <QKeyEvent>
 
 namespace veldra {
-
-QString texteErreur(qint32 numero, const QString& description, const QString& separateur) {
-    return QString::number(numero) + separateur + description;
-}
 
 namespace {
 
@@ -77,14 +74,22 @@ void Veldra::connecteSurface() {
     e.FicheTombe = [this](QString& ids) { emit FicheTombe(ids); };
     e.AffecterUneConcession = [this](QString& id) { emit AffecterUneConcession(id); };
     Contexte* c = &ctx_;
+    Crochets& h = ctx_.crochets;
+    h.creeOutilsPersonnalises = [c] { creeOutilsPersonnalises(*c); };
+    h.activeOutilsDessin = [c] { activeOutilsDessin(*c); };
+    h.prepareOutilsCarte = [c] { prepareOutilsCarte(*c); };
     connect(surface_.Combo_Calque, &QComboBox::activated, this,
-            [c](int) { changeCalqueCourant(*c); });
+            garde(ctx_, [c] { changeCalqueCourant(*c); }));
     connect(surface_.CB_ModeEdition, &QCheckBox::clicked, this,
-            [c](bool) { appliqueModeEdition(*c); });
+            garde(ctx_, [c] { appliqueModeEdition(*c); }));
     // A one-shot deferred step: the editing modules arm it and say what it does.
     connect(surface_.Timer1, &QTimer::timeout, surface_.Timer1, &QTimer::stop);
     surface_.Map1->installEventFilter(this);
-    connect(surface_.Map1, &carto::MapView::viewChanged, this, [c] { afficheEchelle(*c); });
+    connect(surface_.Map1, &carto::MapView::viewChanged, this,
+            garde(ctx_, [c] { afficheEchelle(*c); }));
+    // What a map tool could not do reaches the user, never the event loop.
+    connect(surface_.Map1, &carto::MapView::failed, this,
+            [c](const Erreur& err) { signaleErreur(*c, err); });
 }
 
 // ---- properties

@@ -7,8 +7,8 @@
 // Events are signals with by-reference arguments; a host connects with a direct
 // connection (the default for a control living on the host's thread) and may change them.
 
-#include "control/contexte.h"
-#include "control/property_bag.h"
+#include "context/contexte.h"
+#include "context/property_bag.h"
 #include "recordset/recordset.h"
 
 #include <QVariant>

@@ -1,7 +1,8 @@
 #include "editing/barre_outils.h"
 
-#include "control/contexte.h"
-#include "recordset/erreur.h"
+#include "base/erreur.h"
+#include "context/contexte.h"
+#include "context/garde.h"
 
 namespace veldra {
 
@@ -159,12 +160,12 @@ void connecteBarresOutils(Contexte& ctx) {
     Contexte* c = &ctx;
     for (int i = 0; i < int(s.B_Outils_.size()); ++i)
         QObject::connect(s.B_Outils_[size_t(i)], &QToolButton::clicked, &ctx.controle,
-                         [c, i] { boutonOutils(*c, i); });
+                         garde(ctx, [c, i] { boutonOutils(*c, i); }));
     for (int i = 0; i < int(s.Btn_OutilsDessin_.size()); ++i)
         QObject::connect(s.Btn_OutilsDessin_[size_t(i)], &QToolButton::clicked, &ctx.controle,
-                         [c, i] { boutonOutilsDessin(*c, i); });
+                         garde(ctx, [c, i] { boutonOutilsDessin(*c, i); }));
     QObject::connect(s.Btn_Texte, &QToolButton::clicked, &ctx.controle,
-                     [c] { c->s.Map1->setCurrentTool(outil::Texte); });
+                     garde(ctx, [c] { c->s.Map1->setCurrentTool(outil::Texte); }));
 }
 
 } // namespace veldra

@@ -1,7 +1,8 @@
 #include "editing/suppression.h"
 
-#include "control/contexte.h"
-#include "plan/nombre_tombes.h"
+#include "carto/model/edit_commands.h"
+#include "context/contexte.h"
+#include "context/nombre_tombes.h"
 
 namespace veldra {
 
@@ -11,15 +12,13 @@ bool estCalque(const carto::Layer* l, const carto::Layer* autre) {
     return l && autre && l->name() == autre->name();
 }
 
-// The plot and the number labels lying entirely within its bounding rectangle.
-void supprimeTombe(Contexte& ctx, const carto::Feature& tombe) {
-    if (carto::Layer* numeros = ctx.v.Calque_Numero) {
-        const carto::Features labels =
-            numeros->searchWithinRectangle(tombe.bounds(), carto::searchmode::EntirelyWithin);
-        for (const qint64 fid : labels.fids())
-            numeros->deleteFeature(QString::number(fid));
-    }
-    ctx.v.Calque_Courant->deleteFeature(tombe.uniqueKey());
+// The number labels lying entirely within the plots' bounding rectangles, each once.
+std::vector<qint64> etiquettesDes(const carto::Layer& numeros,
+                                  const std::vector<carto::Feature>& tombes) {
+    carto::Features labels(&numeros);
+    for (const carto::Feature& t : tombes)
+        labels.add(numeros.searchWithinRectangle(t.bounds(), carto::searchmode::EntirelyWithin));
+    return labels.fids();
 }
 
 } // namespace
@@ -31,25 +30,27 @@ void procedureSuppression(Contexte& ctx) {
     if (courant) {
         // The collection is read before anything goes: deleting changes the selection.
         std::vector<carto::Feature> cibles;
+        std::vector<qint64> fids;
         for (const carto::Feature& f : v.ObjSel)
-            if (f.layer() == courant && courant->hasFeature(f.fid()))
+            if (f.layer() == courant && courant->hasFeature(f.fid())) {
                 cibles.push_back(f);
-        courant->beginAccess(1);
-        try {
-            if (estCalque(courant, v.Calque_Tombe)) {
-                if (s.Combo_Calque->currentText() == QLatin1String("Tombes"))
-                    for (const carto::Feature& f : cibles)
-                        supprimeTombe(ctx, f);
-            } else {
-                for (const carto::Feature& f : cibles)
-                    courant->deleteFeature(f.uniqueKey());
+                fids.push_back(f.fid());
             }
-        } catch (...) {
-            courant->endAccess();
-            throw;
+        const bool tombes = estCalque(courant, v.Calque_Tombe);
+        // Plots go only while the layer list shows them, and with their number labels.
+        if (tombes && s.Combo_Calque->currentText() != QLatin1String("Tombes"))
+            fids.clear();
+        if (!fids.empty()) {
+            auto groupe =
+                std::make_unique<carto::EditGroup>(ctx.carte(), QStringLiteral("Supprimer"));
+            if (tombes && v.Calque_Numero)
+                groupe->add(std::make_unique<carto::DeleteFeatures>(
+                    *v.Calque_Numero, etiquettesDes(*v.Calque_Numero, cibles)));
+            groupe->add(std::make_unique<carto::DeleteFeatures>(*courant, fids));
+            // One bracket: the plan loses all of them or none.
+            ctx.carte().execute(std::move(groupe));
         }
-        courant->endAccess();
-        if (estCalque(courant, v.Calque_Tombe))
+        if (tombes)
             afficheNombreTombes(ctx);
     }
     s.Btn_Sauver->setEnabled(false);

@@ -1,9 +1,11 @@
 #include "exchange/collecte.h"
 
-#include "control/contexte.h"
-#include "control/jauge.h"
-#include "control/sablier.h"
-#include "recordset/erreur.h"
+#include "base/erreur.h"
+#include "carto/model/update_access.h"
+#include "context/contexte.h"
+#include "context/garde.h"
+#include "context/jauge.h"
+#include "context/sablier.h"
 #include "recordset/field_spec.h"
 
 #include <cmath>
@@ -12,17 +14,7 @@ namespace veldra {
 
 namespace {
 
-// The layer's read bracket, closed whatever happens.
-class Lecture {
-public:
-    explicit Lecture(carto::Layer& l) : l_(l) { l_.beginAccess(0); }
-    ~Lecture() { l_.endAccess(); }
-    Lecture(const Lecture&) = delete;
-    Lecture& operator=(const Lecture&) = delete;
-
-private:
-    carto::Layer& l_;
-};
+using Lecture = carto::ReadAccess;
 
 carto::Layer& requis(carto::Layer* l, const char* nom) {
     if (!l)
@@ -109,7 +101,7 @@ RecordsetPtr collecte(Contexte& ctx, const QString& sType, const QString& param,
 
     if (sType == QLatin1String("T")) {
         const Lecture lecture(tombes);
-        const carto::Features trouves = tombes.search(QStringLiteral("IDGCF=") + param);
+        const carto::Features trouves = tombes.searchEqual(u"IDGCF", param);
         if (trouves.isEmpty())
             return refus(ctx, QStringLiteral("Ce Terrain n'existe pas"));
         const carto::Feature t = trouves.at(0);
@@ -125,14 +117,7 @@ RecordsetPtr collecte(Contexte& ctx, const QString& sType, const QString& param,
         JaugeParam(ctx, min, max, QStringLiteral("Collecte des données Graphiques"),
                    QStringLiteral("Synchronisation"));
     }
-    struct FinJauge {
-        Contexte& ctx;
-        bool actif;
-        ~FinJauge() {
-            if (actif)
-                JaugeFin(ctx);
-        }
-    } fin{ctx, jauge};
+    const FinDeJauge fin(ctx, jauge);
 
     if (sType == QLatin1String("C") || sType == QLatin1String("CT")) {
         const bool tout = sType == QLatin1String("C");
@@ -153,8 +138,7 @@ RecordsetPtr collecte(Contexte& ctx, const QString& sType, const QString& param,
         carto::Feature section;
         {
             const Lecture lecture(sections);
-            const carto::Features trouves =
-                sections.search(QStringLiteral("Nom = \"") + param + u'"');
+            const carto::Features trouves = sections.searchEqual(u"Nom", param);
             if (trouves.isEmpty())
                 return refus(ctx, QStringLiteral("Cette section n'existe pas"));
             section = trouves.at(0);
@@ -171,8 +155,7 @@ RecordsetPtr collecte(Contexte& ctx, const QString& sType, const QString& param,
         carto::Feature gardee;
         {
             const Lecture lecture(allees);
-            const carto::Features trouves =
-                allees.search(QStringLiteral("Nom= \"") + param2 + u'"');
+            const carto::Features trouves = allees.searchEqual(u"Nom", param2);
             if (trouves.isEmpty())
                 return refus(ctx, QStringLiteral("Cette allée n'existe pas"));
             for (const carto::Feature& a : trouves)
@@ -287,13 +270,14 @@ void synchronise(Contexte& ctx) {
 void connecteCollecte(Contexte& ctx) {
     Contexte* c = &ctx;
     Surface& s = ctx.s;
-    QObject::connect(s.Btn_Synchro, &QPushButton::clicked, &ctx.controle, [c] { synchronise(*c); });
+    QObject::connect(s.Btn_Synchro, &QPushButton::clicked, &ctx.controle,
+                     garde(ctx, [c] { synchronise(*c); }));
     QObject::connect(s.B_OutilsInfo, &QToolButton::clicked, &ctx.controle,
-                     [c] { InfosTerrainSelectionne(*c); });
+                     garde(ctx, [c] { InfosTerrainSelectionne(*c); }));
     for (QAbstractButton* b :
          {static_cast<QAbstractButton*>(s.HLBBttn2), static_cast<QAbstractButton*>(s.HLBBttn5)})
         QObject::connect(b, &QAbstractButton::clicked, &ctx.controle,
-                         [c] { OuvreFicheTombes(*c); });
+                         garde(ctx, [c] { OuvreFicheTombes(*c); }));
 }
 
 } // namespace veldra

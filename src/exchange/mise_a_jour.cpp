@@ -1,9 +1,11 @@
 #include "exchange/mise_a_jour.h"
 
-#include "control/contexte.h"
-#include "control/jauge.h"
+#include "base/erreur.h"
+#include "carto/model/edit_commands.h"
+#include "carto/model/update_access.h"
+#include "context/contexte.h"
+#include "context/jauge.h"
 #include "exchange/collecte.h"
-#include "recordset/erreur.h"
 
 #include <cmath>
 
@@ -139,40 +141,34 @@ void MAJ(Contexte& ctx, RecordsetPtr& rs, const QString& typeMaj) {
         JaugeParam(ctx, min, max, QStringLiteral("Intégration des données dans la carte"),
                    QStringLiteral("Synchronisation"));
     }
+    const FinDeJauge fin(ctx, jauge);
     rs->moveFirst();
-    tombes.beginAccess(1);
+    // One bracket for the whole update: a failure that escapes it leaves the plan as it was.
+    carto::UpdateAccess acces(ctx.carte());
     bool premier = true;
-    try {
-        while (!rs->eof()) {
-            try {
-                const Modification m = prepare(tombes, *rs, colonnes);
-                if (premier && m.redessin)
-                    throw *m.redessin;
-                tombes.updateFeature(m.terrain);
-            } catch (const Erreur&) {
-                if (premier)
-                    throw;
-                // Past the first record a failing record is skipped.
-            }
-            try {
-                JaugePlus(ctx);
-            } catch (const Erreur&) {
-                // Outside a whole-plan update the bar is hidden; it may be full already.
-                if (premier && jauge)
-                    throw;
-            }
-            premier = false;
-            rs->moveNext();
+    while (!rs->eof()) {
+        try {
+            const Modification m = prepare(tombes, *rs, colonnes);
+            if (premier && m.redessin)
+                throw *m.redessin;
+            ctx.carte().execute(std::make_unique<carto::ReplaceFeatures>(
+                tombes, std::vector<carto::Feature>{m.terrain}, QStringLiteral("Mise à jour")));
+        } catch (const Erreur&) {
+            if (premier)
+                throw;
+            // Past the first record a failing record is skipped, and nothing of it kept.
         }
-    } catch (...) {
-        tombes.endAccess();
-        if (jauge)
-            JaugeFin(ctx);
-        throw;
+        try {
+            JaugePlus(ctx);
+        } catch (const Erreur&) {
+            // Outside a whole-plan update the bar is hidden; it may be full already.
+            if (premier && jauge)
+                throw;
+        }
+        premier = false;
+        rs->moveNext();
     }
-    tombes.endAccess();
-    if (jauge)
-        JaugeFin(ctx);
+    acces.commit();
     rs->close();
     rs = nullptr;
 }

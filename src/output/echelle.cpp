@@ -1,6 +1,6 @@
 #include "output/echelle.h"
 
-#include "control/contexte.h"
+#include "context/contexte.h"
 
 #include <cmath>
 

@@ -1,7 +1,6 @@
 #include "plan/calque_courant.h"
 
-#include "control/contexte.h"
-#include "editing/barre_outils.h"
+#include "context/contexte.h"
 
 namespace veldra {
 
@@ -45,25 +44,25 @@ void appliqueModeEdition(Contexte& ctx) {
     carto::MapView& carte = *s.Map1;
     carte.setInsertionLayer(nullptr);
     if (v.Calque_Courant)
-        v.Calque_Courant->selectable = true;
+        v.Calque_Courant->setSelectable(true);
     if (s.CB_ModeEdition->isChecked()) {
         v.ModeEdition = true;
         s.CB_Bibliotheque->show();
         if (v.Calque_Courant)
-            v.Calque_Courant->editable = true;
-        activeOutilsDessin(ctx);
+            v.Calque_Courant->setEditable(true);
+        appelle(ctx.crochets.activeOutilsDessin);
         s.Panel_Outils->move(0, int(1680 / (1440.0 / std::max(1, ctx.controle.logicalDpiY()))));
         s.Panel_Outils->show();
         s.Panel_Outils->raise();
         s.Panel_Outils->move(s.Panel_Outils->x() + 10, s.Panel_Outils->y());
-        prepareOutilsCarte(ctx);
+        appelle(ctx.crochets.prepareOutilsCarte);
     } else {
         v.ModeEdition = false;
         s.CB_Bibliotheque->setChecked(false);
         s.CB_Bibliotheque->hide();
         carte.setInsertionLayer(nullptr);
         if (v.Calque_Courant)
-            v.Calque_Courant->editable = false;
+            v.Calque_Courant->setEditable(false);
         carte.setCurrentTool(carto::tool::Select);
         s.Panel_Outils->hide();
     }
@@ -75,8 +74,8 @@ void changeCalqueCourant(Contexte& ctx) {
     VariablesPubliques& v = ctx.v;
     s.Map1->setInsertionLayer(nullptr);
     if (carto::Layer* avant = ctx.etat.calquePrecedent) {
-        avant->editable = false;
-        avant->selectable = false;
+        avant->setEditable(false);
+        avant->setSelectable(false);
         avant->clearSelection();
     }
     v.Calque_Courant = ctx.carte().layer(s.Combo_Calque->currentText());

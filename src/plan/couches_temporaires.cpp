@@ -1,7 +1,7 @@
 #include "plan/couches_temporaires.h"
 
-#include "control/contexte.h"
-#include "recordset/erreur.h"
+#include "base/erreur.h"
+#include "context/contexte.h"
 
 namespace veldra {
 
@@ -17,7 +17,7 @@ carto::Layer& ajouteCalqueTemporaire(carto::Map& map) {
 
 void creeCalqueTemporaire(Contexte& ctx) {
     carto::Layer& l = ajouteCalqueTemporaire(ctx.carte());
-    l.editable = true;
+    l.setEditable(true);
     ctx.etat.calqueTemp = &l;
 }
 

@@ -1,7 +1,7 @@
 #include "plan/nouveau_cimetiere.h"
 
-#include "control/contexte.h"
-#include "plan/filtre_numerique.h"
+#include "context/contexte.h"
+#include "context/filtre_numerique.h"
 #include "plan/ouverture.h"
 #include "recordset/value.h"
 

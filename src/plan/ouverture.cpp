@@ -1,14 +1,13 @@
 #include "plan/ouverture.h"
 
-#include "control/contexte.h"
-#include "control/disposition.h"
-#include "control/dossier_controle.h"
-#include "control/parametres.h"
-#include "control/sablier.h"
-#include "editing/barre_outils.h"
+#include "base/erreur.h"
+#include "context/contexte.h"
+#include "context/disposition.h"
+#include "context/dossier_controle.h"
+#include "context/nombre_tombes.h"
+#include "context/parametres.h"
+#include "context/sablier.h"
 #include "plan/couches_temporaires.h"
-#include "plan/nombre_tombes.h"
-#include "recordset/erreur.h"
 
 namespace veldra {
 
@@ -39,7 +38,7 @@ public:
     }
 
     void charge(const QString& chemin) {
-        ctx_.carte().loadMapSet(chemin);
+        ctx_.carte().loadMapSet(chemin, carto::MapSetOptions{QStringLiteral("Texte")});
         // The previous plan's layers are gone with it.
         for (carto::Layer** l : {&v_.Calque_Tombe, &v_.Calque_Decor, &v_.Calque_Numero,
                                  &v_.Calque_Texte, &v_.Calque_Sections, &v_.Calque_Allees,
@@ -55,7 +54,7 @@ public:
     }
 
     void prepareCarte() {
-        creeOutilsPersonnalises(ctx_);
+        appelle(ctx_.crochets.creeOutilsPersonnalises);
         ctx_.etat.etatPanelInfos = QStringLiteral("Invisible"); // unfolded just below
         s_.Btn_Fleche->click();
         ctx_.etat.couleursTheme = kCouleursTheme;
@@ -70,30 +69,30 @@ public:
             const bool raster = l->name().toUpper() == QLatin1String("RASTER");
             if (l->name() != numeros) {
                 if (!raster) {
-                    l->editable = false;
-                    l->autoLabel = false;
+                    l->setEditable(false);
+                    l->setAutoLabel(false);
                 } else {
-                    l->visible = false;
+                    l->setVisible(false);
                     lie(v_.Calque_Raster, "Raster");
                     s_.CB_PlanNumerise->show();
                     s_.CB_QUE_PlanNumerise->show();
                 }
             } else {
-                l->editable = true;
+                l->setEditable(true);
             }
             if (!raster)
-                l->selectable = false;
+                l->setSelectable(false);
         }
     }
 
     void etiquettesDesTombes() {
         carto::Layer& tombes = requis(v_.Calque_Tombe, "Tombes");
         v_.DataSetTombes = &ctx_.carte().addDataset(tombes);
-        tombes.labels.dataset = v_.DataSetTombes;
-        tombes.labels.field = v_.DataSetTombes->field(u"nom");
-        tombes.autoLabel = true;
+        tombes.setLabelDataset(v_.DataSetTombes);
+        tombes.setLabelField(v_.DataSetTombes->field(u"nom"));
+        tombes.setAutoLabel(true);
         // Names are shown only once the user ticks "Afficher les nom".
-        tombes.labels.visible = s_.Check2->isChecked();
+        tombes.setLabelsVisible(s_.Check2->isChecked());
     }
 
     void calqueCourant(bool nouveauPlan) {
@@ -169,7 +168,7 @@ void ouvrePlan(Contexte& ctx, const QString& chemin, const QString& nom, bool no
     o.etape([&] {
         for (carto::Layer* l : {v.Calque_Sections, v.Calque_Allees})
             if (l)
-                l->visible = false;
+                l->setVisible(false);
     });
     o.etape([&] {
         if (v.Calque_Enceinte && v.Calque_Enceinte->featureCount() > 0)
@@ -205,7 +204,6 @@ void ouvrePlan(Contexte& ctx, const QString& chemin, const QString& nom, bool no
     ctx.etat.planOuvert = true;
     o.etape([&] { prepareCarteLocalisation(ctx); });
     o.etape([&] { litParametres(ctx); });
-    carte.refresh();
 }
 
 } // namespace veldra

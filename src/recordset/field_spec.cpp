@@ -1,6 +1,6 @@
 #include "field_spec.h"
 
-#include "erreur.h"
+#include "base/erreur.h"
 
 #include <cmath>
 #include <limits>

@@ -1,6 +1,6 @@
 #include "recordset.h"
 
-#include "erreur.h"
+#include "base/erreur.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
 #include "value.h"
 
-#include "erreur.h"
+#include "base/erreur.h"
 
 #include <QLocale>
 #include <QTimeZone>

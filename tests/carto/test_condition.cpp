@@ -1,7 +1,7 @@
 // Conditions are parsed by our own grammar; hostile host text must never match everything.
+#include "base/erreur.h"
 #include "carto/model/condition.h"
 #include "carto/model/map.h"
-#include "recordset/erreur.h"
 
 #include <gtest/gtest.h>
 

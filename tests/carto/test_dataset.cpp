@@ -1,6 +1,6 @@
 // Datasets on a layer's table or on a host record set, and the themes built on them.
+#include "base/erreur.h"
 #include "carto/model/map.h"
-#include "recordset/erreur.h"
 #include "recordset/field_spec.h"
 
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ struct Plots {
             f.setAttribute(u"Booleen", i < 2 ? QStringLiteral("F") : QStringLiteral("T"));
             layer->updateFeature(f);
         }
-        layer->keyField = QStringLiteral("IDGCF");
+        layer->setKeyField(QStringLiteral("IDGCF"));
     }
 };
 

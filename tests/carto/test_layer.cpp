@@ -1,6 +1,6 @@
 // Layers in memory: edits, selection, searches through the R-tree, cached union.
+#include "base/erreur.h"
 #include "carto/model/map.h"
-#include "recordset/erreur.h"
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>
@@ -43,7 +43,7 @@ TEST(Layer, MemoryLayersNumberTheirFeaturesAndKeepTheirFields) {
     Grid g;
     EXPECT_EQ(g.layer.featureCount(), 9);
     EXPECT_TRUE(g.layer.isMemory());
-    EXPECT_TRUE(g.layer.editable);
+    EXPECT_TRUE(g.layer.editable());
     EXPECT_EQ(g.layer.bounds(), (Rect{0, 0, 5, 5}));
     EXPECT_EQ(g.layer.fieldIndex(u"NOM"), 0);
     Feature f = g.layer.feature(g.ids[4]);
@@ -151,6 +151,7 @@ TEST(Layer, CopiesCarryAttributesByNameAndFindLooksNamesUp) {
     info.addParameter("Name", QStringLiteral("Copie"));
     info.addParameter("Features", g.layer.allFeatures());
     Layer& copy = g.map.addLayer(info);
+    copy.setFindField(QStringLiteral("Nom"));
     EXPECT_EQ(copy.featureCount(), 9);
     EXPECT_EQ(copy.search(u"Nom = \"carré a\"").count(), 1);
     EXPECT_TRUE(copy.find(u"Carré A").exact());

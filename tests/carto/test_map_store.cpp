@@ -1,8 +1,8 @@
 // Opening map sets and writing through to them.
+#include "base/erreur.h"
 #include "carto/model/map.h"
 #include "carto/storage/map_store.h"
 #include "plan_fixture.h"
-#include "recordset/erreur.h"
 
 #include <QFile>
 #include <gtest/gtest.h>

@@ -32,7 +32,8 @@ TEST(StyleString, EveryKindRoundTrips) {
     t.textBackColor = 0xFFFF00;
     t.textColor = 0x0000FF;
     t.textRotation = 30;
-    const ParsedStyle text = parseStyleString(styleString(FeatureKind::Text, t));
+    const ParsedStyle text =
+        parseStyleString(styleString(FeatureKind::Text, t, {}, QStringLiteral("Texte")));
     ASSERT_TRUE(text.kind.has_value());
     EXPECT_EQ(*text.kind, FeatureKind::Text);
     EXPECT_EQ(text.style.textFont, t.textFont);
@@ -44,6 +45,12 @@ TEST(StyleString, EveryKindRoundTrips) {
     EXPECT_EQ(text.style.textColor, 0x0000FF);
     EXPECT_DOUBLE_EQ(text.style.textRotation, 30);
     EXPECT_TRUE(text.literalText.isNull()); // the text lives in its column
+    EXPECT_EQ(text.textField, QStringLiteral("Texte"));
+    // Without a column the text travels in the style, quotes and all.
+    const ParsedStyle literal =
+        parseStyleString(styleString(FeatureKind::Text, t, QStringLiteral("Allée \"B\"")));
+    EXPECT_EQ(literal.literalText, QStringLiteral("Allée \"B\""));
+    EXPECT_TRUE(literal.textField.isEmpty());
 
     Style sym;
     sym.symbolCharacter = 0x2663;

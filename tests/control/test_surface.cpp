@@ -1,9 +1,9 @@
 // The public surface: properties, their persistence, and late binding over the identity
 // table.
+#include "base/erreur.h"
 #include "control/dispatch.h"
 #include "control/types_automation.h"
 #include "control_fixture.h"
-#include "recordset/erreur.h"
 
 #include <QSignalSpy>
 #include <set>

@@ -1,9 +1,9 @@
 // The host side: its command line, where it keeps the control's properties, the sample
 // plan it generates once, and how it answers the control when nobody watches.
+#include "base/erreur.h"
 #include "options_demo.h"
 #include "plan_exemple.h"
 #include "proprietes_hote.h"
-#include "recordset/erreur.h"
 #include "session_sans_ecran.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 // GetInfo and what the control hands the host with it.
+#include "base/erreur.h"
 #include "exchange/collecte.h"
 #include "exchange_fixture.h"
-#include "recordset/erreur.h"
 
 #include <QPushButton>
 #include <QSignalSpy>

@@ -1,7 +1,7 @@
 // MAJ: the host's records written back into the plots, and redrawn at its sizes.
+#include "base/erreur.h"
 #include "exchange/collecte.h"
 #include "exchange_fixture.h"
-#include "recordset/erreur.h"
 #include "recordset/field_spec.h"
 
 #include <cmath>

@@ -1,5 +1,5 @@
 // Any text given as a field-spec string either builds a record set or throws Erreur.
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 #include "recordset/field_spec.h"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 // Any bytes as a settings file: the readers return, Get_Liste_Of_Sections returns or throws
 // Erreur, and a write to a copy succeeds and reads back.
-#include "control/ini_file/ini_file.h"
-#include "control/ini_file/profile.h"
-#include "recordset/erreur.h"
+#include "base/erreur.h"
+#include "context/ini_file/ini_file.h"
+#include "context/ini_file/profile.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,5 +1,5 @@
+#include "base/erreur.h"
 #include "plan_reader.h"
-#include "recordset/erreur.h"
 #include "veldra-plan/plan_tool.h"
 
 #include <QDir>

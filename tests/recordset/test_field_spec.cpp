@@ -1,5 +1,5 @@
 // Record sets built from field-spec strings, including the control's own strings.
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 #include "recordset/field_spec.h"
 
 #include <gtest/gtest.h>

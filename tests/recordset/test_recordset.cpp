@@ -1,5 +1,5 @@
 // The record set's cursor, edits, clones and refusals, as a host uses them.
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 #include "recordset/recordset.h"
 
 #include <gtest/gtest.h>

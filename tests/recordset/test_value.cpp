@@ -1,5 +1,5 @@
 // Coercions a host relies on when it reads or writes record-set values.
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 #include "recordset/value.h"
 
 #include <gtest/gtest.h>

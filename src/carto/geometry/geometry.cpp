@@ -1,6 +1,6 @@
 #include "carto/geometry/geometry.h"
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 
 #include <cmath>
 #include <mutex>
@@ -262,6 +262,26 @@ Geometry Geometry::fromWkt(QStringView wkt) {
 
 Geometry Geometry::polygon(const std::vector<std::vector<Point>>& rings) {
     return Geometry(makePolygon(rings));
+}
+
+Geometry Geometry::fromRings(const std::vector<std::vector<Point>>& rings) {
+    if (rings.size() == 1)
+        return polygon(rings);
+    if (rings.empty())
+        refuse(QStringLiteral("Un polygone demande au moins un contour."));
+    std::vector<GeomPtr> lines;
+    lines.reserve(rings.size());
+    for (const auto& ring : rings) {
+        makeRing(ring); // the checks of a ring: finite, at least 4 points once closed
+        std::vector<Point> closed = ring;
+        if (closed.front() != closed.back())
+            closed.push_back(closed.front());
+        lines.push_back(makeLine(closed));
+    }
+    // Noded first, so that crossing rings make faces rather than an invalid result.
+    const GeomPtr linework = makeCollection(GEOS_MULTILINESTRING, std::move(lines));
+    const GeomPtr noded = checked(GEOSNode_r(geos(), linework.get()), "GEOSNode");
+    return Geometry(checked(GEOSBuildArea_r(geos(), noded.get()), "GEOSBuildArea"));
 }
 
 Geometry Geometry::multiPolygon(const std::vector<std::vector<std::vector<Point>>>& polygons) {

@@ -33,6 +33,9 @@ public:
     static Geometry fromWkt(QStringView wkt);
     // The first ring is the shell, the others its holes.
     static Geometry polygon(const std::vector<std::vector<Point>>& rings);
+    // The area that rings listed in any order enclose: a ring inside an odd number of
+    // others is a hole (GEOS's BuildArea over the noded rings). One ring is a polygon.
+    static Geometry fromRings(const std::vector<std::vector<Point>>& rings);
     static Geometry multiPolygon(const std::vector<std::vector<std::vector<Point>>>& polygons);
     static Geometry lineString(const std::vector<Point>& points);
     static Geometry multiLineString(const std::vector<std::vector<Point>>& lines);

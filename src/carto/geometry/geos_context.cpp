@@ -1,6 +1,6 @@
 #include "carto/geometry/geos_context.h"
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 
 using veldra::Erreur;
 namespace err = veldra::err;

@@ -1,6 +1,6 @@
 #include "condition.h"
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
 
 #include <QLocale>
 

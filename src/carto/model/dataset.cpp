@@ -1,7 +1,7 @@
 #include "dataset.h"
 
+#include "base/erreur.h"
 #include "carto/model/layer.h"
-#include "recordset/erreur.h"
 
 namespace carto {
 

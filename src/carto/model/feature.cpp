@@ -1,8 +1,8 @@
 #include "feature.h"
 
+#include "base/erreur.h"
 #include "carto/model/layer.h"
 #include "carto/model/text_metrics.h"
-#include "recordset/erreur.h"
 
 #include <cmath>
 
@@ -54,24 +54,7 @@ void refreshDerived(FeatureData& data) {
 }
 
 Geometry regionGeometry(const Parts& rings) {
-    if (rings.size() == 1)
-        return Geometry::polygon(rings);
-    std::vector<Geometry> shells;
-    shells.reserve(rings.size());
-    for (const Part& ring : rings)
-        shells.push_back(Geometry::polygon({ring}));
-    // Even-odd: the symmetric difference of all rings.
-    std::optional<Geometry> result;
-    for (const Geometry& g : shells) {
-        if (!result) {
-            result = g.clone();
-            continue;
-        }
-        Geometry both = intersection(*result, g);
-        Geometry either = unionOf(std::vector<const Geometry*>{&*result, &g});
-        result = difference(either, both);
-    }
-    return std::move(*result);
+    return Geometry::fromRings(rings);
 }
 
 Geometry geometryOf(const FeatureData& data) {
@@ -208,25 +191,25 @@ namespace {
 
 // Twice the signed area of a ring and its centroid, by the shoelace formulas: a plot is a
 // single ring, and these cost far less than building a GEOS geometry for it.
-struct Anneau {
-    double doubleAire = 0;
+struct RingMeasure {
+    double twiceArea = 0;
     Point centre;
 };
 
-Anneau anneau(const Part& r) {
-    Anneau a;
+RingMeasure measureRing(const Part& r) {
+    RingMeasure a;
     double cx = 0, cy = 0;
     const size_t n = r.size();
     for (size_t i = 0; i < n; ++i) {
         const Point& p = r[i];
         const Point& q = r[(i + 1) % n];
         const double c = p.x * q.y - q.x * p.y;
-        a.doubleAire += c;
+        a.twiceArea += c;
         cx += (p.x + q.x) * c;
         cy += (p.y + q.y) * c;
     }
-    if (a.doubleAire != 0)
-        a.centre = {cx / (3 * a.doubleAire), cy / (3 * a.doubleAire)};
+    if (a.twiceArea != 0)
+        a.centre = {cx / (3 * a.twiceArea), cy / (3 * a.twiceArea)};
     return a;
 }
 
@@ -237,8 +220,8 @@ Point Feature::centre() const {
     // the memory a cache would take on every feature.
     const FeatureData& d = data();
     if (d.kind == FeatureKind::Region && d.parts.size() == 1) {
-        const Anneau simple = anneau(d.parts.front());
-        if (simple.doubleAire != 0)
+        const RingMeasure simple = measureRing(d.parts.front());
+        if (simple.twiceArea != 0)
             return simple.centre;
     }
     if (d.kind == FeatureKind::Region && !d.parts.empty())
@@ -254,7 +237,7 @@ double Feature::area() const {
     if (kind() != FeatureKind::Region || parts().empty())
         return 0.0;
     if (parts().size() == 1)
-        return std::fabs(anneau(parts().front()).doubleAire) / 2;
+        return std::fabs(measureRing(parts().front()).twiceArea) / 2;
     return geometry().area();
 }
 
@@ -328,15 +311,15 @@ void Feature::setAttribute(QStringView name, const QVariant& value) {
 }
 
 QVariant Feature::keyValue() const {
-    if (!layer_ || layer_->keyField.isEmpty())
+    if (!layer_ || layer_->keyField().isEmpty())
         return fid_ < 0 ? QVariant() : QVariant(fid_);
-    return attribute(layer_->keyField);
+    return attribute(layer_->keyField());
 }
 
 void Feature::setKeyValue(const QVariant& value) {
-    if (!layer_ || layer_->keyField.isEmpty())
+    if (!layer_ || layer_->keyField().isEmpty())
         throw Erreur(err::ChampInconnu, QStringLiteral("La couche n'a pas de colonne clé."));
-    setAttribute(layer_->keyField, value);
+    setAttribute(layer_->keyField(), value);
 }
 
 void Feature::attach(const Layer* layer, qint64 fid, std::shared_ptr<const FeatureData> data) {

@@ -1,7 +1,7 @@
 #include "features.h"
 
+#include "base/erreur.h"
 #include "carto/model/layer.h"
-#include "recordset/erreur.h"
 
 #include <algorithm>
 

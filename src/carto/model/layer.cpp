@@ -1,10 +1,12 @@
 #include "layer.h"
 
+#include "base/erreur.h"
+#include "carto/model/edit_commands.h"
 #include "carto/model/map.h"
 #include "carto/storage/map_store.h"
-#include "recordset/erreur.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace carto {
 
@@ -39,13 +41,7 @@ qsizetype Layer::fieldIndex(QStringView name) const {
 }
 
 Rect Layer::bounds() const {
-    if (!bounds_) {
-        Rect r;
-        for (const auto& [fid, data] : features_)
-            r = r.united(data->bounds);
-        bounds_ = r;
-    }
-    return *bounds_;
+    return index_.bounds();
 }
 
 Features Layer::allFeatures() const {
@@ -75,11 +71,73 @@ Feature Layer::featureByKey(QStringView uniqueKey) const {
     return feature(fid);
 }
 
+// ---- settings
+
+void Layer::settingChanged(bool display) {
+    map_->emitSettings(*this, display ? Change::Display : Change::Behaviour);
+}
+
+void Layer::setVisible(bool v) {
+    if (std::exchange(visible_, v) != v)
+        settingChanged(true);
+}
+
+void Layer::setSelectable(bool v) {
+    if (std::exchange(selectable_, v) != v)
+        settingChanged(false);
+}
+
+void Layer::setEditable(bool v) {
+    if (std::exchange(editable_, v) != v)
+        settingChanged(false);
+}
+
+void Layer::setAutoLabel(bool v) {
+    if (std::exchange(autoLabel_, v) != v)
+        settingChanged(true);
+}
+
+void Layer::setLabelDataset(const Dataset* dataset) {
+    if (std::exchange(labels_.dataset, dataset) != dataset)
+        settingChanged(true);
+}
+
+void Layer::setLabelField(const QString& field) {
+    if (std::exchange(labels_.field, field) != field)
+        settingChanged(true);
+}
+
+void Layer::setLabelsVisible(bool v) {
+    if (std::exchange(labels_.visible, v) != v)
+        settingChanged(true);
+}
+
+void Layer::setLabelOffset(qint64 fid, Point offset) {
+    if (!std::isfinite(offset.x) || !std::isfinite(offset.y))
+        throw Erreur(err::GeometrieInvalide, QStringLiteral("Décalage d'étiquette non fini."));
+    labels_.offsets[fid] = offset;
+    settingChanged(true);
+}
+
+void Layer::setKeyField(const QString& column) {
+    if (std::exchange(keyField_, column) != column)
+        settingChanged(false);
+}
+
+void Layer::setFindField(const QString& column) {
+    findField_ = column;
+}
+
+void Layer::setTextField(const QString& column) {
+    textField_ = column;
+}
+
+// ---- update brackets
+
 void Layer::beginAccess(int mode) {
     if (mode != 0 && mode != 1)
         throw Erreur(err::AccesIncorrect, QStringLiteral("Mode d'accès %1 inconnu.").arg(mode));
-    if (mode == 1 && !memory_ && map_->store())
-        map_->store()->begin();
+    accessMarks_.push_back(mode == 1 ? map_->openBracket() : 0);
     accessModes_.push_back(mode);
     updateDepth_ += mode;
 }
@@ -90,10 +148,12 @@ void Layer::endAccess() {
             err::AccesIncorrect,
             QStringLiteral("Fin d'accès sans début d'accès sur la couche « %1 ».").arg(name_));
     const int mode = accessModes_.back();
+    const std::size_t mark = accessMarks_.back();
     accessModes_.pop_back();
+    accessMarks_.pop_back();
     updateDepth_ -= mode;
-    if (mode == 1 && !memory_ && map_->store())
-        map_->store()->commit();
+    if (mode == 1)
+        map_->closeBracket(mark, true);
 }
 
 std::shared_ptr<const FeatureData> Layer::conform(const Feature& f) const {
@@ -124,90 +184,134 @@ std::shared_ptr<const FeatureData> Layer::conform(const Feature& f) const {
     return data;
 }
 
-void Layer::writeTransaction(const std::function<void()>& write) {
-    MapStore* store = memory_ ? nullptr : map_->store();
-    if (!store) {
-        write();
-        return;
-    }
-    store->begin();
-    try {
-        write();
-    } catch (...) {
-        if (store->transactionDepth() == 1)
-            store->rollback();
-        else
-            store->commit(); // the bracket goes on; the failed write changed nothing
-        throw;
-    }
-    store->commit();
-}
-
-void Layer::indexFeature(qint64 fid, const FeatureData& d) {
-    index_.insert(d.bounds, fid);
-}
-
-void Layer::unindexFeature(qint64 fid, const FeatureData& d) {
-    index_.remove(d.bounds, fid);
-    prepared_.erase(fid);
-}
+// ---- edits: commands of the map
 
 Feature Layer::addFeature(const Feature& f) {
-    auto data = conform(f);
-    qint64 fid = -1;
-    writeTransaction([&] {
-        fid = memory_ || !map_->store() ? nextMemoryFid_
-                                        : map_->store()->insert(name_, *data, fields_);
-    });
-    nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
-    features_.put(fid, data);
-    indexFeature(fid, *data);
-    changed();
-    notify(data->bounds);
-    return Feature(this, fid, std::move(data));
+    auto command = std::make_unique<AddFeatures>(*this, std::vector<Feature>{f});
+    const AddFeatures::Added added = command->added();
+    map_->execute(std::move(command));
+    return added->front();
 }
 
 void Layer::updateFeature(const Feature& f) {
     if (f.layer() != this)
         throw Erreur(err::ObjetIncompatible,
                      QStringLiteral("L'objet n'appartient pas à la couche « %1 ».").arg(name_));
-    const auto it = features_.find(f.fid());
-    if (it == features_.end())
+    if (!hasFeature(f.fid()))
         unknownFeature(name_, f.uniqueKey());
-    auto data = conform(f);
-    writeTransaction([&] {
-        if (!memory_ && map_->store())
-            map_->store()->update(name_, f.fid(), *data, fields_);
-    });
-    const Rect before = it->second->bounds;
-    unindexFeature(f.fid(), *it->second);
-    it->second = data;
-    indexFeature(f.fid(), *data);
-    changed();
-    notify(before.united(data->bounds));
+    map_->execute(std::make_unique<ReplaceFeatures>(*this, std::vector<Feature>{f}));
 }
 
 void Layer::deleteFeature(qint64 fid) {
-    const auto it = features_.find(fid);
-    if (it == features_.end())
+    if (!hasFeature(fid))
         unknownFeature(name_, QString::number(fid));
-    writeTransaction([&] {
-        if (!memory_ && map_->store())
-            map_->store()->remove(name_, fid);
-    });
-    const Rect before = it->second->bounds;
-    unindexFeature(fid, *it->second);
-    features_.erase(it);
-    const bool wasSelected = selection_.contains(fid);
-    selection_.remove(fid);
-    changed();
-    notify(before);
-    if (wasSelected)
-        emit map_->selectionChanged(this);
+    map_->execute(std::make_unique<DeleteFeatures>(*this, std::vector<qint64>{fid}));
 }
 
 void Layer::deleteFeature(QStringView uniqueKey) {
     deleteFeature(featureByKey(uniqueKey).fid());
+}
+
+// ---- write primitives
+
+void Layer::requireBracket() const {
+    if (!map_->inUpdateBracket())
+        throw Erreur(
+            err::AccesIncorrect,
+            QStringLiteral("Écriture hors d'une mise à jour sur la couche « %1 ».").arg(name_));
+}
+
+void Layer::putInMemory(qint64 fid, std::shared_ptr<const FeatureData> data) {
+    if (const auto it = features_.find(fid); it != features_.end()) {
+        index_.remove(it->second->bounds, fid);
+        prepared_.erase(fid);
+    }
+    index_.insert(data->bounds, fid);
+    features_.put(fid, std::move(data));
+    nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
+    changed();
+}
+
+void Layer::eraseFromMemory(qint64 fid) {
+    const auto it = features_.find(fid);
+    if (it == features_.end())
+        return;
+    index_.remove(it->second->bounds, fid);
+    prepared_.erase(fid);
+    features_.erase(it);
+    changed();
+    if (selection_.contains(fid)) {
+        selection_.remove(fid);
+        emit map_->selectionChanged(this);
+    }
+}
+
+Feature Layer::storeNew(std::shared_ptr<const FeatureData> data, qint64 fid) {
+    requireBracket();
+    MapStore* store = memory_ ? nullptr : map_->store();
+    if (store)
+        fid = store->insert(name_, *data, fields_, textField_, fid);
+    else if (fid < 0)
+        fid = nextMemoryFid_;
+    if (hasFeature(fid))
+        throw Erreur(
+            err::EcritureImpossible,
+            QStringLiteral("L'objet %1 existe déjà dans la couche « %2 ».").arg(fid).arg(name_));
+    map_->journal(*this, fid, nullptr);
+    const Rect area = data->bounds;
+    putInMemory(fid, data);
+    map_->noteChange(*this, Change::Added, fid, area);
+    return Feature(this, fid, std::move(data));
+}
+
+void Layer::storeReplace(qint64 fid, std::shared_ptr<const FeatureData> data) {
+    requireBracket();
+    const auto it = features_.find(fid);
+    if (it == features_.end())
+        unknownFeature(name_, QString::number(fid));
+    if (!memory_ && map_->store())
+        map_->store()->update(name_, fid, *data, fields_, textField_);
+    std::shared_ptr<const FeatureData> before = it->second;
+    const Rect area = before->bounds.united(data->bounds);
+    map_->journal(*this, fid, std::move(before));
+    putInMemory(fid, std::move(data));
+    map_->noteChange(*this, Change::Updated, fid, area);
+}
+
+void Layer::storeErase(qint64 fid) {
+    requireBracket();
+    const auto it = features_.find(fid);
+    if (it == features_.end())
+        unknownFeature(name_, QString::number(fid));
+    if (!memory_ && map_->store())
+        map_->store()->remove(name_, fid);
+    std::shared_ptr<const FeatureData> before = it->second;
+    const Rect area = before->bounds;
+    map_->journal(*this, fid, std::move(before));
+    eraseFromMemory(fid);
+    map_->noteChange(*this, Change::Deleted, fid, area);
+}
+
+void Layer::restore(qint64 fid, const std::shared_ptr<const FeatureData>& before, bool inStorage) {
+    const auto it = features_.find(fid);
+    const bool present = it != features_.end();
+    Rect area = present ? it->second->bounds : Rect{};
+    if (inStorage) {
+        MapStore& store = *map_->store();
+        if (before && present)
+            store.update(name_, fid, *before, fields_, textField_);
+        else if (before)
+            store.insert(name_, *before, fields_, textField_, fid);
+        else if (present)
+            store.remove(name_, fid);
+    }
+    if (before) {
+        area = area.united(before->bounds);
+        putInMemory(fid, before);
+    } else {
+        eraseFromMemory(fid);
+    }
+    map_->noteChange(*this, Change::Updated, fid, area);
 }
 
 void Layer::selectOnly(const Features& f) {
@@ -279,6 +383,25 @@ std::vector<qint64> Layer::matching(const Condition& c) const {
 
 Features Layer::search(QStringView condition) const {
     return Features(this, matching(Condition::parse(condition)));
+}
+
+bool Layer::isNumeric(qsizetype column) const {
+    const FieldType t = fields_[size_t(column)].type;
+    return t == FieldType::Integer || t == FieldType::Real;
+}
+
+Features Layer::searchEqual(QStringView column, const QVariant& value) const {
+    const qsizetype i = fieldIndex(column);
+    if (i < 0)
+        throw Erreur(err::ChampInconnu,
+                     QStringLiteral("La colonne « %1 » est introuvable dans la couche « %2 ».")
+                         .arg(column.toString(), name_));
+    const bool numeric = isNumeric(i);
+    const QString key = Condition::key(value, numeric);
+    if (key.isNull())
+        return Features(this); // null, or not a number in a numeric column
+    const std::vector<qint64>* hits = lookup(i, key, numeric);
+    return hits ? Features(this, *hits) : Features(this);
 }
 
 Features Layer::searchAtPoint(Point p) const {
@@ -363,7 +486,7 @@ Features Layer::searchWithinFeature(const Feature& container, int mode) const {
 
 FindResult Layer::find(QStringView name) const {
     FindResult result;
-    const qsizetype column = fieldIndex(findField);
+    const qsizetype column = fieldIndex(findField_);
     if (column < 0 || name.trimmed().isEmpty())
         return result;
     const QString key = name.trimmed().toString().toCaseFolded();
@@ -418,6 +541,7 @@ const PreparedGeometry& Layer::prepared(qint64 fid) const {
 void Layer::loadFeatures(std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>> rows) {
     features_.clear();
     prepared_.clear();
+    selection_.clear();
     const auto byFid = [](const auto& a, const auto& b) { return a.first < b.first; };
     if (!std::is_sorted(rows.begin(), rows.end(), byFid))
         std::sort(rows.begin(), rows.end(), byFid);
@@ -435,12 +559,7 @@ void Layer::loadFeatures(std::vector<std::pair<qint64, std::shared_ptr<const Fea
 
 void Layer::changed() {
     union_.reset();
-    bounds_.reset();
     valueIndex_.clear();
-}
-
-void Layer::notify(const Rect& dirty) {
-    emit map_->featuresChanged(this, dirty);
 }
 
 std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>>

@@ -1,11 +1,17 @@
 #pragma once
 // A layer of a map: a table of features held in memory, indexed by FID and by an R-tree
-// of their bounds. A stored layer writes every add, update and delete through to the map
-// set's storage, each in its own transaction, or all in one transaction when they happen
-// inside a beginAccess(1) / endAccess bracket. A memory layer never touches storage.
+// of their bounds. A stored layer writes through to the map set's storage; a memory
+// layer never touches storage.
 //
-// Searches (condition, point, rectangle, feature) go through the R-tree or, for
-// conditions, through per-column value indexes built on first use; every edit keeps the
+// Features change only through the map's edit commands, inside an update bracket
+// (UpdateAccess): addFeature, updateFeature and deleteFeature are such commands run on
+// this layer. A host's beginAccess(1) / endAccess pair opens and closes one bracket.
+//
+// Settings (visible, selectable, editable, labels, key column...) change through setters
+// that report the change (Map::changed), so views follow without being told.
+//
+// Searches (condition, value, point, rectangle, feature) go through the R-tree or, for
+// values, through per-column value indexes built on first use; every edit keeps the
 // R-tree current and drops what was derived from the old state (value indexes, prepared
 // geometries, the layer's union).
 
@@ -65,24 +71,40 @@ public:
     const QString& name() const { return name_; }
     bool isMemory() const { return memory_; }
 
-    bool visible = true;
-    bool selectable = true;
-    bool editable = false;
-    bool autoLabel = false;
-    LabelSettings labels;
+    // ---- settings; each setter reports a change when the value changes
+    bool visible() const { return visible_; }
+    void setVisible(bool v);
+    bool selectable() const { return selectable_; }
+    void setSelectable(bool v);
+    bool editable() const { return editable_; }
+    void setEditable(bool v);
+    bool autoLabel() const { return autoLabel_; }
+    void setAutoLabel(bool v);
+    const LabelSettings& labels() const { return labels_; }
+    void setLabelDataset(const Dataset* dataset);
+    void setLabelField(const QString& field);
+    void setLabelsVisible(bool v);
+    // Where a moved label sits, as an offset from its feature's centre.
+    void setLabelOffset(qint64 fid, Point offset);
     // The column that keyValue() reads and writes; the FID when empty.
-    QString keyField;
-    // The column searched by find(); "Nom" by default.
-    QString findField = QStringLiteral("Nom");
+    const QString& keyField() const { return keyField_; }
+    void setKeyField(const QString& column);
+    // The column find() searches; none until set.
+    const QString& findField() const { return findField_; }
+    void setFindField(const QString& column);
+    // The column that holds the text of text features, when the layer has one; styles
+    // then refer to it instead of carrying the text.
+    const QString& textField() const { return textField_; }
+    void setTextField(const QString& column);
     // A raster layer: a georeferenced image drawn under the vector layers.
-    QString rasterSource;
-    bool isRaster() const { return !rasterSource.isEmpty(); }
+    const QString& rasterSource() const { return rasterSource_; }
+    bool isRaster() const { return !rasterSource_.isEmpty(); }
 
     const FieldList& fields() const { return fields_; }
     qsizetype fieldIndex(QStringView name) const; // -1 when unknown
 
     int featureCount() const { return int(features_.size()); }
-    Rect bounds() const;
+    Rect bounds() const; // of all features, from the R-tree
     Features allFeatures() const;
     // Every feature in FID order, without looking each one up again.
     template <typename F> void forEachFeature(F&& f) const {
@@ -93,13 +115,14 @@ public:
     Feature feature(qint64 fid) const;                 // Erreur when absent
     Feature featureByKey(QStringView uniqueKey) const; // the FID as text
 
-    // 0 read, 1 update (one transaction until the matching endAccess).
+    // 0 read, 1 update: an update bracket of the map until the matching endAccess.
     void beginAccess(int mode);
     void endAccess();
     bool inUpdateAccess() const { return updateDepth_ > 0; }
 
-    // Stores a copy of the feature (its attributes matched to this layer's columns by
-    // name) and returns it as stored, with its new FID.
+    // Edit commands on this layer, each run by the map in a bracket of its own (or in the
+    // bracket already open). addFeature stores a copy (attributes matched to this layer's
+    // columns by name) and returns it as stored, with its new FID.
     Feature addFeature(const Feature& f);
     void updateFeature(const Feature& f);
     void deleteFeature(qint64 fid);
@@ -114,6 +137,11 @@ public:
 
     // Searches
     Features search(QStringView condition) const;
+    // The features whose column equals the value, compared as search() compares: numbers
+    // as numbers (in a numeric column), texts without regard to case. The value is never
+    // parsed as a condition; a null value, or a text that is not a number in a numeric
+    // column, matches nothing. Erreur (ChampInconnu) for an unknown column.
+    Features searchEqual(QStringView column, const QVariant& value) const;
     Features searchAtPoint(Point p) const;
     // The first feature (lowest FID) at the point; an invalid Feature when none.
     Feature firstAtPoint(Point p) const;
@@ -133,31 +161,60 @@ public:
     // Storage side: load without writing through.
     void loadFeatures(std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>> rows);
 
+    // What a stored copy of the feature holds in this layer: its attributes matched to
+    // this layer's columns by name, the map's default style when it has none, its derived
+    // parts computed. Erreur for a feature without geometry or position.
+    std::shared_ptr<const FeatureData> conform(const Feature& f) const;
+
 private:
     friend class Map;
-    std::shared_ptr<const FeatureData> conform(const Feature& f) const;
+    friend class AddFeatures;
+    friend class DeleteFeatures;
+    friend class ReplaceFeatures;
+
+    // The write primitives of the edit commands, inside an open bracket: storage first,
+    // then memory, then the map's journal. fid < 0 in storeNew: storage chooses.
+    Feature storeNew(std::shared_ptr<const FeatureData> data, qint64 fid = -1);
+    void storeReplace(qint64 fid, std::shared_ptr<const FeatureData> data);
+    void storeErase(qint64 fid);
+    // Puts a feature back as a failed bracket's journal kept it (null: absent), in memory
+    // and, with inStorage, in storage too.
+    void restore(qint64 fid, const std::shared_ptr<const FeatureData>& before, bool inStorage);
+    void requireBracket() const;
+
+    void putInMemory(qint64 fid, std::shared_ptr<const FeatureData> data);
+    void eraseFromMemory(qint64 fid);
     void changed(); // drops derived caches
-    void notify(const Rect& dirty);
-    void writeTransaction(const std::function<void()>& write);
+    void settingChanged(bool display);
     std::vector<qint64> matching(const Condition& c) const;
+    Features equalTo(qsizetype column, const QString& key, bool numeric) const;
     const std::vector<qint64>* lookup(qsizetype column, const QString& key, bool numeric) const;
-    void indexFeature(qint64 fid, const FeatureData& d);
-    void unindexFeature(qint64 fid, const FeatureData& d);
+    bool isNumeric(qsizetype column) const;
 
     Map* map_;
     QString name_;
     FieldList fields_;
     bool memory_;
 
+    bool visible_ = true;
+    bool selectable_ = true;
+    bool editable_ = false;
+    bool autoLabel_ = false;
+    LabelSettings labels_;
+    QString keyField_;
+    QString findField_;
+    QString textField_;
+    QString rasterSource_;
+
     FeatureTable features_; // enumerated by FID
     qint64 nextMemoryFid_ = 1;
     SpatialIndex index_;
     Features selection_;
 
+    std::vector<std::size_t> accessMarks_; // per open access: its bracket mark, or none
     std::vector<int> accessModes_;
     int updateDepth_ = 0;
 
-    mutable std::optional<Rect> bounds_;
     mutable std::optional<Geometry> union_;
     mutable std::unordered_map<qint64, std::unique_ptr<PreparedGeometry>> prepared_;
     // (column, numeric) -> normalised value -> FIDs in ascending order.

@@ -1,8 +1,10 @@
 #include "map.h"
 
+#include "carto/model/edit_commands.h"
+#include "carto/model/update_access.h"
 #include "carto/storage/map_store.h"
-#include "recordset/erreur.h"
 
+#include <QUndoStack>
 #include <cmath>
 #if __has_include(<malloc.h>)
 #include <malloc.h>
@@ -23,30 +25,38 @@ Map::Map(QObject* parent) : QObject(parent) {
 }
 
 Map::~Map() {
+    clearUndoStack();
     // Datasets refer to layers: drop them first.
     datasets_.clear();
     layers_.clear();
 }
 
-void Map::loadMapSet(const QString& pathOrConnection) {
+void Map::loadMapSet(const QString& pathOrConnection, const MapSetOptions& options) {
+    if (depth_ > 0)
+        throw Erreur(err::AccesIncorrect,
+                     QStringLiteral("Un plan ne peut pas être chargé pendant une mise à jour."));
     auto store = MapStore::open(pathOrConnection);
     std::vector<std::unique_ptr<Layer>> layers;
     for (const MapStore::LayerEntry& entry : store->layers()) {
         if (!entry.rasterSource.isEmpty()) {
             auto raster = std::make_unique<Layer>(this, entry.name, FieldList{}, true);
-            raster->rasterSource = entry.rasterSource;
-            raster->selectable = false;
+            raster->rasterSource_ = entry.rasterSource;
+            raster->selectable_ = false;
             layers.push_back(std::move(raster));
             continue;
         }
         const FieldList fields = store->fields(entry.name);
         auto layer = std::make_unique<Layer>(this, entry.name, fields, false);
-        layer->loadFeatures(store->readFeatures(entry.name, fields));
+        MapStore::Read read = store->readFeatures(entry.name, fields, options.textColumn);
+        layer->textField_ = read.textField;
+        layer->loadFeatures(std::move(read.rows));
         layers.push_back(std::move(layer));
     }
+    clearUndoStack();
     datasets_.clear();
     layers_ = std::move(layers);
     store_ = std::move(store);
+    options_ = options;
 #ifdef __GLIBC__
     // Reading freed as much as it kept (OGR features, the previous map set); hand those
     // pages back so a large plan costs what it holds.
@@ -116,22 +126,29 @@ Layer& Map::addLayer(const LayerInfo& info) {
         fields = source->layer()->fields();
 
     auto layer = std::make_unique<Layer>(this, std::get<QString>(*name), fields, true);
-    layer->editable = true;
-    if (source)
+    layer->editable_ = true;
+    if (source) {
+        // A copy made in one go: nothing to journal or undo.
+        MapStore::Rows rows;
+        qint64 fid = 0;
         for (const Feature& f : *source)
-            layer->addFeature(f);
+            rows.emplace_back(++fid, layer->conform(f));
+        layer->loadFeatures(std::move(rows));
+    }
     layers_.push_back(std::move(layer));
     emit layersChanged();
     return *layers_.back();
 }
 
 void Map::removeLayer(QStringView name) {
+    clearUndoStack();
     std::erase_if(datasets_, [&](const auto& d) { return d->layer().name() == name; });
     std::erase_if(layers_, [&](const auto& l) { return l->name() == name; });
     emit layersChanged();
 }
 
 void Map::removeAllLayers() {
+    clearUndoStack();
     datasets_.clear();
     layers_.clear();
     store_.reset();
@@ -182,9 +199,9 @@ std::vector<Dataset*> Map::datasetsOf(const Layer& layer) const {
 void Map::removeDataset(QStringView name) {
     const auto before = datasets_.size();
     for (const auto& l : layers_)
-        if (l->labels.dataset &&
-            QStringView(l->labels.dataset->name()).compare(name, Qt::CaseInsensitive) == 0)
-            l->labels.dataset = nullptr;
+        if (l->labels().dataset &&
+            QStringView(l->labels().dataset->name()).compare(name, Qt::CaseInsensitive) == 0)
+            l->setLabelDataset(nullptr);
     std::erase_if(datasets_, [&](const auto& d) {
         return QStringView(d->name()).compare(name, Qt::CaseInsensitive) == 0;
     });
@@ -194,6 +211,143 @@ void Map::removeDataset(QStringView name) {
 
 double Map::distance(Point a, Point b) {
     return std::hypot(b.x - a.x, b.y - a.y);
+}
+
+// ---- edit commands and update brackets
+
+void Map::execute(std::unique_ptr<EditCommand> command) {
+    const bool topLevel = depth_ == 0;
+    command->run();
+    if (topLevel && undoStack_) {
+        command->markDone();
+        undoStack_->push(command.release());
+    }
+}
+
+void Map::setUndoStack(QUndoStack* stack) {
+    undoStack_ = stack;
+}
+
+void Map::clearUndoStack() {
+    if (undoStack_)
+        undoStack_->clear();
+}
+
+std::size_t Map::openBracket() {
+    if (depth_ == 0) {
+        if (store_)
+            store_->begin();
+        journal_.clear();
+        pending_.clear();
+        poisoned_ = false;
+    }
+    ++depth_;
+    return journal_.size();
+}
+
+void Map::closeBracket(std::size_t mark, bool keep) {
+    if (depth_ > 1) {
+        --depth_;
+        if (!keep) {
+            // Only this bracket's writes go; the outer transaction goes on.
+            try {
+                undoBack(mark, true);
+            } catch (const Erreur&) {
+                poisoned_ = true; // the outermost bracket will roll everything back
+            }
+        }
+        return;
+    }
+    // The outermost bracket: depth_ stays 1 until memory is settled, so that what the
+    // undo restores is reported with the rest, once.
+    std::optional<Erreur> failure;
+    if (keep && poisoned_)
+        failure = Erreur(err::EcritureImpossible,
+                         QStringLiteral("Une écriture annulée n'a pas pu être défaite : la "
+                                        "mise à jour est abandonnée."));
+    if (keep && !failure && store_) {
+        try {
+            store_->commit();
+        } catch (const Erreur& e) {
+            failure = e;
+        }
+    }
+    if (!keep || failure) {
+        if (store_)
+            store_->rollback();
+        undoBack(0, false);
+    }
+    journal_.clear();
+    poisoned_ = false;
+    depth_ = 0;
+    flushChanges();
+    if (failure)
+        throw *failure;
+}
+
+void Map::journal(Layer& layer, qint64 fid, std::shared_ptr<const FeatureData> before) {
+    journal_.push_back({&layer, fid, std::move(before)});
+}
+
+void Map::undoBack(std::size_t mark, bool inStorage) {
+    while (journal_.size() > mark) {
+        const JournalEntry e = journal_.back();
+        e.layer->restore(e.fid, e.before, inStorage && !e.layer->isMemory() && store_);
+        journal_.pop_back();
+    }
+}
+
+void Map::noteChange(const Layer& layer, Change::Kind kind, qint64 fid, const Rect& area) {
+    Change& c = pending_[&layer];
+    c.layer = &layer;
+    c.kinds |= kind;
+    c.fids.push_back(fid);
+    c.area = c.area.united(area);
+    if (depth_ == 0)
+        flushChanges();
+}
+
+void Map::emitSettings(const Layer& layer, Change::Kind kind) {
+    Change c;
+    c.layer = &layer;
+    c.kinds = kind;
+    emit changed(c);
+}
+
+void Map::flushChanges() {
+    std::map<const Layer*, Change> pending;
+    pending.swap(pending_);
+    for (auto& [layer, change] : pending) {
+        std::sort(change.fids.begin(), change.fids.end());
+        change.fids.erase(std::unique(change.fids.begin(), change.fids.end()), change.fids.end());
+        emit changed(change);
+    }
+}
+
+UpdateAccess::UpdateAccess(Map& map) : map_(map), mark_(map.openBracket()) {}
+
+UpdateAccess::~UpdateAccess() {
+    if (open_)
+        map_.closeBracket(mark_, false);
+}
+
+ReadAccess::ReadAccess(Layer& layer) : layer_(layer) {
+    layer_.beginAccess(0);
+}
+
+ReadAccess::~ReadAccess() {
+    try {
+        layer_.endAccess();
+    } catch (const Erreur&) {
+        // Unbalanced by someone else: nothing of ours to close.
+    }
+}
+
+void UpdateAccess::commit() {
+    if (!open_)
+        return;
+    open_ = false;
+    map_.closeBracket(mark_, true);
 }
 
 } // namespace carto

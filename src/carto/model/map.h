@@ -2,17 +2,35 @@
 // A map: the layers of one map set (in drawing order, bottom first), the memory layers
 // added to it, its datasets and its styles. Loading a map set replaces everything; a map
 // set that cannot be opened leaves the map as it was. Views connect to the signals.
+//
+// Features change only through edit commands (execute) inside update brackets
+// (UpdateAccess); the map journals every write of an open bracket so that a failed
+// bracket leaves memory and storage as they were, and reports what changed once, through
+// changed(), when the outermost bracket ends.
 
+#include "base/erreur.h"
+#include "carto/model/change.h"
 #include "carto/model/dataset.h"
 #include "carto/model/layer.h"
 
 #include <QObject>
+#include <QPointer>
+#include <QUndoStack>
+#include <map>
 #include <memory>
 #include <vector>
 
 namespace carto {
 
+class EditCommand;
 class MapStore;
+class UpdateAccess;
+
+// Names the map engine reads and writes where a map set leaves them open.
+struct MapSetOptions {
+    // The text column of text layers whose style does not name one ({column} in a LABEL).
+    QString textColumn;
+};
 
 class Map : public QObject {
     Q_OBJECT
@@ -20,8 +38,9 @@ public:
     explicit Map(QObject* parent = nullptr);
     ~Map() override;
 
-    // Erreur (PlanIllisible, CoucheInconnue...) when the map set cannot be read.
-    void loadMapSet(const QString& pathOrConnection);
+    // Erreur (PlanIllisible, CoucheInconnue...) when the map set cannot be read; Erreur
+    // (AccesIncorrect) inside an update bracket.
+    void loadMapSet(const QString& pathOrConnection, const MapSetOptions& options = {});
     QString mapSet() const;
     MapStore* store() const { return store_.get(); }
 
@@ -45,6 +64,14 @@ public:
     std::vector<Dataset*> datasetsOf(const Layer& layer) const;
     void removeDataset(QStringView name);
 
+    // Runs the command inside one update bracket. Erreur when it fails: nothing of it is
+    // kept. Done outside any bracket, it then goes on the attached undo stack, if any.
+    void execute(std::unique_ptr<EditCommand> command);
+    // The stack that keeps executed commands (not owned); cleared when layers go away.
+    void setUndoStack(QUndoStack* stack);
+    QUndoStack* undoStack() const { return undoStack_; }
+    bool inUpdateBracket() const { return depth_ > 0; }
+
     Style defaultStyle;
     Style selectionStyle;
 
@@ -52,15 +79,45 @@ public:
 
 signals:
     void layersChanged();
-    // Features were added, updated or deleted within the area (their old and new bounds).
-    void featuresChanged(carto::Layer* layer, carto::Rect area);
+    // Features or settings of a layer changed; one per layer and bracket.
+    void changed(const carto::Change& change);
     void selectionChanged(carto::Layer* layer);
     void datasetsChanged();
+    // An undo or redo of the undo stack failed; the map is as it was before it.
+    void editFailed(const veldra::Erreur& error);
 
 private:
+    friend class Layer;
+    friend class UpdateAccess;
+    friend class EditCommand;
+
+    // The bracket: open returns the journal's mark, close keeps or undoes what follows it.
+    std::size_t openBracket();
+    void closeBracket(std::size_t mark, bool keep);
+    // Called by layers for every write inside a bracket: what the feature was before.
+    void journal(Layer& layer, qint64 fid, std::shared_ptr<const FeatureData> before);
+    void noteChange(const Layer& layer, Change::Kind kind, qint64 fid, const Rect& area);
+    void emitSettings(const Layer& layer, Change::Kind kind);
+    void undoBack(std::size_t mark, bool inStorage);
+    void flushChanges();
+    void clearUndoStack();
+
+    struct JournalEntry {
+        Layer* layer;
+        qint64 fid;
+        std::shared_ptr<const FeatureData> before; // null: the feature did not exist
+    };
+
     std::unique_ptr<MapStore> store_;
     std::vector<std::unique_ptr<Layer>> layers_;
     std::vector<std::unique_ptr<Dataset>> datasets_;
+    MapSetOptions options_;
+
+    int depth_ = 0;
+    bool poisoned_ = false; // an inner bracket could not undo its writes
+    std::vector<JournalEntry> journal_;
+    std::map<const Layer*, Change> pending_;
+    QPointer<QUndoStack> undoStack_;
 };
 
 } // namespace carto

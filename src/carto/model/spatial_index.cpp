@@ -58,6 +58,14 @@ size_t SpatialIndex::size() const {
     return tree_->rtree.size();
 }
 
+Rect SpatialIndex::bounds() const {
+    if (tree_->rtree.empty())
+        return {};
+    const BBox b = tree_->rtree.bounds(); // kept by the tree's root: no walk over entries
+    return {b.min_corner().get<0>(), b.min_corner().get<1>(), b.max_corner().get<0>(),
+            b.max_corner().get<1>()};
+}
+
 std::vector<qint64> SpatialIndex::intersecting(const Rect& r) const {
     std::vector<qint64> out;
     if (r.isNull())

@@ -24,6 +24,8 @@ public:
     void remove(const Rect& box, qint64 fid);
     void clear();
     size_t size() const;
+    // The box around every entry; null when empty.
+    Rect bounds() const;
 
     // FIDs whose box intersects (touches included) the rectangle.
     std::vector<qint64> intersecting(const Rect& r) const;

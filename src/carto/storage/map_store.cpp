@@ -1,9 +1,9 @@
 #include "map_store.h"
 
+#include "base/erreur.h"
 #include "carto/geometry/geometry.h"
 #include "carto/storage/gdal_handles.h"
 #include "carto/storage/style_string.h"
-#include "recordset/erreur.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -22,7 +22,6 @@ void DatasetCloser::operator()(GDALDataset* ds) const {
 namespace {
 
 constexpr const char* kStyleColumn = "OGR_STYLE";
-constexpr const char* kTextColumn = "Texte";
 
 QString lastGdalError() {
     const QString msg = QString::fromUtf8(CPLGetLastErrorMsg());
@@ -264,25 +263,33 @@ FieldList MapStore::fields(const QString& layer) const {
     return out;
 }
 
-MapStore::Rows MapStore::readFeatures(const QString& name, const FieldList& fields) const {
+MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fields,
+                                      const QString& defaultTextColumn) const {
     const gdal::QuietErrors quiet;
     OGRLayer* layer = ogrLayer(name);
     const OGRFeatureDefn* defn = layer->GetLayerDefn();
     const int styleIndex = defn->GetFieldIndex(kStyleColumn);
     std::vector<int> sourceIndex;
     std::vector<OGRFieldType> sourceType;
-    qsizetype textIndex = -1;
+    const auto columnOf = [&](const QString& column) -> qsizetype {
+        for (size_t i = 0; i < fields.size(); ++i)
+            if (fields[i].name.compare(column, Qt::CaseInsensitive) == 0)
+                return qsizetype(i);
+        return -1;
+    };
     for (const FieldDef& f : fields) {
         const int i = defn->GetFieldIndex(f.name.toUtf8().constData());
         sourceIndex.push_back(i);
         sourceType.push_back(i >= 0 ? defn->GetFieldDefn(i)->GetType() : OFTString);
-        if (f.name.compare(QLatin1String(kTextColumn), Qt::CaseInsensitive) == 0)
-            textIndex = qsizetype(sourceIndex.size()) - 1;
     }
 
     // Features mostly share a few style strings: parse each distinct one once.
     QHash<QByteArray, std::pair<std::shared_ptr<const Style>, ParsedStyle>> styles;
-    Rows rows;
+    Read read;
+    if (!defaultTextColumn.isEmpty() && columnOf(defaultTextColumn) >= 0)
+        read.textField = fields[size_t(columnOf(defaultTextColumn))].name;
+    bool textFieldSeen = false;
+    Rows& rows = read.rows;
     rows.reserve(size_t(std::max<GIntBig>(0, layer->GetFeatureCount(FALSE))));
     layer->ResetReading();
     for (auto& f : *layer) {
@@ -307,26 +314,34 @@ MapStore::Rows MapStore::readFeatures(const QString& name, const FieldList& fiel
         for (size_t i = 0; i < fields.size(); ++i)
             if (sourceIndex[i] >= 0)
                 data->attributes[i] = readField(*f, sourceIndex[i], sourceType[i]);
-        if (data->kind == FeatureKind::Text)
+        if (data->kind == FeatureKind::Text) {
+            // The style names the column holding the text, or holds the text itself.
+            const qsizetype column =
+                columnOf(parsed.textField.isEmpty() ? read.textField : parsed.textField);
+            if (!parsed.textField.isEmpty() && column >= 0 && !textFieldSeen) {
+                read.textField = fields[size_t(column)].name;
+                textFieldSeen = true;
+            }
             data->text = !parsed.literalText.isNull() ? parsed.literalText
-                         : textIndex >= 0 ? data->attributes[size_t(textIndex)].toString()
-                                          : QString();
+                         : column >= 0                ? data->attributes[size_t(column)].toString()
+                                                      : QString();
+        }
         refreshDerived(*data);
         rows.emplace_back(f->GetFID(), std::move(data));
     }
     if (CPLGetLastErrorType() >= CE_Failure && rows.empty() && layer->GetFeatureCount() > 0)
         unreadable(source_, lastGdalError());
-    return rows;
+    return read;
 }
 
-void MapStore::writeFeature(const QString& name, qint64 fid, const FeatureData& data,
-                            const FieldList& fields, bool create, qint64* newFid) {
+qint64 MapStore::writeFeature(const QString& name, qint64 fid, const FeatureData& data,
+                              const FieldList& fields, const QString& textField, bool create) {
     const gdal::QuietErrors quiet;
     CPLErrorReset();
     OGRLayer* layer = ogrLayer(name);
     const OGRFeatureDefn* defn = layer->GetLayerDefn();
     OGRFeature f(const_cast<OGRFeatureDefn*>(defn));
-    if (!create)
+    if (fid >= 0)
         f.SetFID(fid);
     f.SetGeometryDirectly(ogrGeometry(data).release());
     for (size_t i = 0; i < fields.size() && i < data.attributes.size(); ++i) {
@@ -334,46 +349,41 @@ void MapStore::writeFeature(const QString& name, qint64 fid, const FeatureData& 
         if (index >= 0)
             writeField(f, index, fields[i].type, data.attributes[i]);
     }
-    const int textIndex = defn->GetFieldIndex(kTextColumn);
+    const int textIndex =
+        textField.isEmpty() ? -1 : defn->GetFieldIndex(textField.toUtf8().constData());
     if (data.kind == FeatureKind::Text && textIndex >= 0)
         f.SetField(textIndex, data.text.toUtf8().constData());
     if (const int styleIndex = defn->GetFieldIndex(kStyleColumn); styleIndex >= 0 && data.style)
-        f.SetField(
-            styleIndex,
-            styleString(data.kind, *data.style,
-                        data.kind == FeatureKind::Text && textIndex < 0 ? data.text : QString())
-                .constData());
+        f.SetField(styleIndex,
+                   styleString(data.kind, *data.style, data.text,
+                               textIndex >= 0
+                                   ? QString::fromUtf8(defn->GetFieldDefn(textIndex)->GetNameRef())
+                                   : QString())
+                       .constData());
     const OGRErr e = create ? layer->CreateFeature(&f) : layer->SetFeature(&f);
-    if (e != OGRERR_NONE) {
-        failed_ = true;
+    if (e != OGRERR_NONE)
         writeFailed(name, lastGdalError());
-    }
-    if (newFid)
-        *newFid = f.GetFID();
+    return f.GetFID();
 }
 
-qint64 MapStore::insert(const QString& layer, const FeatureData& data, const FieldList& fields) {
-    qint64 fid = -1;
-    writeFeature(layer, -1, data, fields, true, &fid);
-    return fid;
+qint64 MapStore::insert(const QString& layer, const FeatureData& data, const FieldList& fields,
+                        const QString& textField, qint64 fid) {
+    return writeFeature(layer, fid, data, fields, textField, true);
 }
 
 void MapStore::update(const QString& layer, qint64 fid, const FeatureData& data,
-                      const FieldList& fields) {
-    writeFeature(layer, fid, data, fields, false, nullptr);
+                      const FieldList& fields, const QString& textField) {
+    writeFeature(layer, fid, data, fields, textField, false);
 }
 
 void MapStore::remove(const QString& name, qint64 fid) {
     const gdal::QuietErrors quiet;
-    if (ogrLayer(name)->DeleteFeature(fid) != OGRERR_NONE) {
-        failed_ = true;
+    if (ogrLayer(name)->DeleteFeature(fid) != OGRERR_NONE)
         writeFailed(name, lastGdalError());
-    }
 }
 
 void MapStore::begin() {
     if (depth_++ == 0) {
-        failed_ = false;
         const gdal::QuietErrors quiet;
         if (ds_->StartTransaction(FALSE) != OGRERR_NONE) {
             depth_ = 0;
@@ -387,8 +397,11 @@ void MapStore::commit() {
         throw Erreur(err::AccesIncorrect, QStringLiteral("Aucune transaction en cours."));
     if (--depth_ == 0) {
         const gdal::QuietErrors quiet;
-        if (ds_->CommitTransaction() != OGRERR_NONE)
-            writeFailed(source_, lastGdalError());
+        if (ds_->CommitTransaction() != OGRERR_NONE) {
+            const QString why = lastGdalError();
+            ds_->RollbackTransaction(); // nothing of the transaction is kept
+            writeFailed(source_, why);
+        }
     }
 }
 

@@ -2,9 +2,10 @@
 // Storage of a map set through GDAL/OGR: a GeoPackage whose vector tables are the layers
 // (any OGR source, a PG: connection string for instance, opens the same way). The drawing
 // order is the table mapset_layers(position, layer_name, source) when present, else the
-// order of the source's layers. Writes are grouped in transactions: begin() / commit()
-// nest, and only the outermost pair reaches the database, so an interrupted bracket
-// leaves the map set as it was before it.
+// order of the source's layers. Styles are OGR style strings in the column OGR_STYLE.
+// Writes are grouped in transactions: begin() / commit() nest, and only the outermost
+// pair reaches the database, so an interrupted bracket leaves the map set as it was
+// before it.
 
 #include "carto/model/feature_data.h"
 #include "carto/model/layer_info.h"
@@ -30,6 +31,12 @@ public:
         QString rasterSource; // a GDAL raster name for raster layers, empty otherwise
     };
     using Rows = std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>>;
+    struct Read {
+        Rows rows;
+        // The column the text features' styles refer to ({column}), else the default
+        // text column when the layer has it; empty when neither.
+        QString textField;
+    };
 
     // Erreur (PlanIllisible) for a missing, foreign or damaged source.
     static std::unique_ptr<MapStore> open(const QString& pathOrConnection);
@@ -40,12 +47,20 @@ public:
     const QString& source() const { return source_; }
     const std::vector<LayerEntry>& layers() const { return layers_; }
     FieldList fields(const QString& layer) const;
-    Rows readFeatures(const QString& layer, const FieldList& fields) const;
+    Read readFeatures(const QString& layer, const FieldList& fields,
+                      const QString& defaultTextColumn = {}) const;
 
-    qint64 insert(const QString& layer, const FeatureData& data, const FieldList& fields);
-    void update(const QString& layer, qint64 fid, const FeatureData& data, const FieldList& fields);
+    // Writes; a text feature's text goes to `textField` when the layer has that column,
+    // into its style otherwise. insert() takes `fid` when it is not negative (a feature
+    // put back) and returns the FID stored. Erreur (EcritureImpossible) when refused.
+    qint64 insert(const QString& layer, const FeatureData& data, const FieldList& fields,
+                  const QString& textField, qint64 fid = -1);
+    void update(const QString& layer, qint64 fid, const FeatureData& data, const FieldList& fields,
+                const QString& textField);
     void remove(const QString& layer, qint64 fid);
 
+    // Transactions nest; only the outermost pair reaches the database. A commit refused
+    // by the database rolls back and throws.
     void begin();
     void commit();
     void rollback();
@@ -54,14 +69,13 @@ public:
 private:
     MapStore(QString source, std::unique_ptr<GDALDataset, DatasetCloser> ds);
     OGRLayer* ogrLayer(const QString& name) const;
-    void writeFeature(const QString& layer, qint64 fid, const FeatureData& data,
-                      const FieldList& fields, bool create, qint64* newFid);
+    qint64 writeFeature(const QString& layer, qint64 fid, const FeatureData& data,
+                        const FieldList& fields, const QString& textField, bool create);
 
     QString source_;
     std::unique_ptr<GDALDataset, DatasetCloser> ds_;
     std::vector<LayerEntry> layers_;
     int depth_ = 0;
-    bool failed_ = false; // a write failed inside the open transaction
 };
 
 } // namespace carto

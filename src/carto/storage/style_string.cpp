@@ -24,15 +24,14 @@ Colour colourOf(const char* text, Colour fallback) {
     return Colour(r | (g << 8) | (b << 16));
 }
 
-QByteArray colourText(Colour c) {
-    return QByteArray("#") +
-           QByteArray::number((c & 0xFF) << 16 | (c & 0xFF00) | ((c >> 16) & 0xFF), 16)
-               .rightJustified(6, '0')
-               .toUpper();
-}
-
+// Shortest decimal form, never in exponent notation.
 QByteArray number(double d) {
-    return QByteArray::number(d, 'g', 10);
+    QByteArray s = QByteArray::number(d, 'f', 6);
+    while (s.endsWith('0'))
+        s.chop(1);
+    if (s.endsWith('.'))
+        s.chop(1);
+    return s == "-0" ? QByteArray("0") : s;
 }
 
 // OGR converts sizes through millimetres with rounded factors: keep what was meant.
@@ -82,6 +81,13 @@ QByteArray quoted(const QString& s) {
 }
 
 } // namespace
+
+QByteArray colourText(Colour c) {
+    return QByteArray("#") +
+           QByteArray::number((c & 0xFF) << 16 | (c & 0xFF00) | ((c >> 16) & 0xFF), 16)
+               .rightJustified(6, '0')
+               .toUpper();
+}
 
 ParsedStyle parseStyleString(const QByteArray& ogrStyle) {
     ParsedStyle out;
@@ -147,8 +153,13 @@ ParsedStyle parseStyleString(const QByteArray& ogrStyle) {
             if (!isDefault && size > 0)
                 s.textSize = size;
             const char* t = label->TextString(isDefault);
-            if (t && !isDefault && t[0] != '{')
-                out.literalText = QString::fromUtf8(t);
+            if (t && !isDefault) {
+                const QString text = QString::fromUtf8(t);
+                if (text.startsWith(u'{') && text.endsWith(u'}'))
+                    out.textField = text.mid(1, text.size() - 2).trimmed();
+                else
+                    out.literalText = text;
+            }
             s.textRotation = label->Angle(isDefault);
             s.textColor = colourOf(label->ForeColor(isDefault), 0);
             if (const char* box = label->BackColor(isDefault); box && !isDefault) {
@@ -172,7 +183,8 @@ ParsedStyle parseStyleString(const QByteArray& ogrStyle) {
     return out;
 }
 
-QByteArray styleString(FeatureKind kind, const Style& s, const QString& literalText) {
+QByteArray styleString(FeatureKind kind, const Style& s, const QString& text,
+                       const QString& textField) {
     QByteArray out;
     switch (kind) {
     case FeatureKind::Region:
@@ -202,7 +214,7 @@ QByteArray styleString(FeatureKind kind, const Style& s, const QString& literalT
         break;
     case FeatureKind::Text:
         out = "LABEL(f:" + quoted(s.textFont) + ",s:" + number(s.textSize / 100.0) +
-              "g,t:" + (literalText.isNull() ? QByteArray("{Texte}") : quoted(literalText)) +
+              "g,t:" + (textField.isEmpty() ? quoted(text) : "{" + textField.toUtf8() + "}") +
               ",c:" + colourText(s.textColor) + ",a:" + number(s.textRotation) + ",p:5";
         if (s.textBold)
             out += ",bo:1";

@@ -1,10 +1,10 @@
 #include "carto/view/map_view.h"
 
-#include "carto/view/overlay.h"
-#include "carto/view/scene.h"
+#include "base/erreur.h"
+#include "carto/render/overlay.h"
+#include "carto/render/scene.h"
 #include "carto/view/tools/tool.h"
 #include "carto/view/tools/tool_factory.h"
-#include "recordset/erreur.h"
 
 #include <QDragEnterEvent>
 #include <QMouseEvent>
@@ -143,8 +143,14 @@ MapView::MapView(QWidget* parent)
         invalidate();
     });
     connect(map_.get(), &Map::datasetsChanged, this, &MapView::invalidate);
-    connect(map_.get(), &Map::featuresChanged, this,
-            [this](Layer*, Rect area) { markDirty(area); });
+    connect(map_.get(), &Map::changed, this, [this](const Change& c) {
+        if (c.has(Change::Display))
+            invalidate();
+        else if (c.touchesFeatures())
+            markDirty(c.area);
+        else
+            update(); // what tools may do changed: their handles with it
+    });
     connect(map_.get(), &Map::selectionChanged, this, [this](Layer*) {
         update();
         emit selectionChanged();

@@ -13,9 +13,10 @@
 // created with a number, a type and a cursor. Notifications are signals emitted on the UI
 // thread; by-reference arguments are read back after a direct connection returns.
 
+#include "base/erreur.h"
 #include "carto/model/map.h"
-#include "carto/view/raster_image.h"
-#include "carto/view/viewport.h"
+#include "carto/render/raster_image.h"
+#include "carto/render/viewport.h"
 
 #include <QCursor>
 #include <QImage>
@@ -146,6 +147,8 @@ public:
     void updateOverlay() { update(); }
     // Emitted by tools; the view itself emits nothing else for them.
     void notifyEdited() { emit editStatus(editstatus::Completed); }
+    // What a tool could not do (a refused write, an impossible shape): one signal for all.
+    void reportFailure(const veldra::Erreur& error) { emit failed(error); }
 
 signals:
     void mouseDown(int button, int shift, double x, double y);
@@ -163,6 +166,8 @@ signals:
     void editStatus(int status);
     void viewChanged();
     void dropped(QObject* source, double x, double y);
+    // A tool failed; the view and the map are as they were before the attempt.
+    void failed(const veldra::Erreur& error);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

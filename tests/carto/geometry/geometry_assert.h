@@ -2,8 +2,8 @@
 // Shared assertions of the geometry tests: geometries compared with a tolerance, so that an
 // extra collinear vertex or another starting vertex does not fail a case.
 
+#include "base/erreur.h"
 #include "carto/geometry/geometry.h"
-#include "recordset/erreur.h"
 
 #include <gtest/gtest.h>
 

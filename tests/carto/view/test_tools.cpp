@@ -189,13 +189,13 @@ TEST(SelectTool, AClickSelectsTheTopmostFeatureOfTheTopmostSelectableLayer) {
     EXPECT_TRUE(f.zones->selection().isEmpty());
     EXPECT_GT(changes, 0);
 
-    top.selectable = false;
+    top.setSelectable(false);
     f.mouse.click({9, 9});
     EXPECT_EQ(selected(*f.zones), std::vector<qint64>{high.fid()});
     EXPECT_TRUE(top.selection().isEmpty());
 
-    top.selectable = true;
-    top.visible = false;
+    top.setSelectable(true);
+    top.setVisible(false);
     f.mouse.click({3, 3}); // only under the lower square
     EXPECT_EQ(selected(*f.zones), std::vector<qint64>{low.fid()});
 
@@ -250,10 +250,10 @@ TEST(SelectTool, DraggingMovesTheSelectedFeaturesOfAnEditableLayer) {
     EXPECT_EQ(selected(*f.zones), std::vector<qint64>{c.fid()});
 
     // A layer that is not editable is selected but never moved; Escape drops a drag.
-    f.zones->editable = false;
+    f.zones->setEditable(false);
     f.mouse.drag({21, 13}, {30, 13});
     expectBounds(f.boundsOf(c), {20, 12, 24, 16});
-    f.zones->editable = true;
+    f.zones->setEditable(true);
     f.mouse.press({21, 13});
     f.mouse.move({30, 13});
     pressKey(f.view, Qt::Key_Escape);
@@ -271,17 +271,20 @@ TEST(SelectTool, AMoveInAStoredPlanIsOneTransactionAndIsWritten) {
     view.setBounds({0, 0, 40, 30});
     view.show();
     Layer& plots = view.map().requireLayer(u"Tombes");
-    plots.editable = true;
+    plots.setEditable(true);
     const qint64 a = plots.addFeature(Feature::region({square(2, 2, 4)})).fid();
     const qint64 b = plots.addFeature(Feature::region({square(10, 2, 4)})).fid();
     plots.selectOnly(Features(&plots, {a, b}));
-    std::vector<bool> bracketed;
-    QObject::connect(&view.map(), &Map::featuresChanged,
-                     [&](Layer* layer, Rect) { bracketed.push_back(layer->inUpdateAccess()); });
+    std::vector<Change> changes;
+    QObject::connect(&view.map(), &Map::changed, [&](const Change& c) { changes.push_back(c); });
 
     Mouse(view).drag({3, 3}, {3, 13});
-    EXPECT_EQ(bracketed, (std::vector<bool>{true, true}));
+    // One bracket wrote both: one change, reported once it was over.
+    ASSERT_EQ(changes.size(), 1u);
+    EXPECT_EQ(changes[0].fids, (std::vector<qint64>{a, b}));
+    EXPECT_TRUE(changes[0].has(Change::Updated));
     EXPECT_FALSE(plots.inUpdateAccess());
+    EXPECT_FALSE(view.map().inUpdateBracket());
 
     Map reread;
     reread.loadMapSet(path);
@@ -405,20 +408,22 @@ TEST(LabelTool, DragsALabelAndKeepsItsOffsetFromTheCentre) {
     const Feature b = f.addSquare(30, 2, 4, 0xFFFFFF, QStringLiteral("B1"));
     f.view.setCurrentTool(tool::Label);
     f.mouse.drag({12, 12}, {14, 18}); // no labels shown: nothing to drag
-    EXPECT_TRUE(f.zones->labels.offsets.empty());
+    EXPECT_TRUE(f.zones->labels().offsets.empty());
 
     Dataset& ds = f.view.map().addDataset(*f.zones);
-    f.zones->labels = {&ds, QStringLiteral("Nom"), true, {}};
+    f.zones->setLabelDataset(&ds);
+    f.zones->setLabelField(QStringLiteral("Nom"));
+    f.zones->setLabelsVisible(true);
     f.mouse.drag({12, 12}, {14, 18});
-    ASSERT_EQ(f.zones->labels.offsets.count(a.fid()), 1u);
-    EXPECT_NEAR(f.zones->labels.offsets[a.fid()].x, 2, 1e-9);
-    EXPECT_NEAR(f.zones->labels.offsets[a.fid()].y, 6, 1e-9);
+    ASSERT_EQ(f.zones->labels().offsets.count(a.fid()), 1u);
+    EXPECT_NEAR(f.zones->labels().offsets.at(a.fid()).x, 2, 1e-9);
+    EXPECT_NEAR(f.zones->labels().offsets.at(a.fid()).y, 6, 1e-9);
     // The label now sits at (17, 21), outside its square: it is taken there.
     f.mouse.drag({17.3, 21}, {15, 15});
-    EXPECT_NEAR(f.zones->labels.offsets[a.fid()].x, -0.3, 1e-9);
-    EXPECT_NEAR(f.zones->labels.offsets[a.fid()].y, 0, 1e-9);
+    EXPECT_NEAR(f.zones->labels().offsets.at(a.fid()).x, -0.3, 1e-9);
+    EXPECT_NEAR(f.zones->labels().offsets.at(a.fid()).y, 0, 1e-9);
     f.mouse.nudge({32, 4}, {2, 0}); // a still click moves no label
-    EXPECT_EQ(f.zones->labels.offsets.count(b.fid()), 0u);
+    EXPECT_EQ(f.zones->labels().offsets.count(b.fid()), 0u);
     expectBounds(f.boundsOf(a), {10, 10, 20, 20});
 }
 

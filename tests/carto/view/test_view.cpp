@@ -1,6 +1,6 @@
 // Drawing, navigation and export of the map view, checked on sampled pixels.
-#include "carto/view/raster_image.h"
-#include "recordset/erreur.h"
+#include "base/erreur.h"
+#include "carto/render/raster_image.h"
 #include "recordset/field_spec.h"
 #include "veldra-plan/plan_tool.h"
 #include "view_fixture.h"
@@ -101,8 +101,10 @@ TEST(MapViewDrawing, LabelsShowTheDatasetFieldAndFollowTheirOffset) {
     ViewFixture f;
     const Feature big = f.addSquare(5, 5, 20, 0xFFFFFF, QStringLiteral("MMMM"));
     Dataset& ds = f.view.map().addDataset(*f.zones);
-    f.zones->labels = {&ds, QStringLiteral("Nom"), true, {}};
-    f.zones->autoLabel = true;
+    f.zones->setLabelDataset(&ds);
+    f.zones->setLabelField(QStringLiteral("Nom"));
+    f.zones->setLabelsVisible(true);
+    f.zones->setAutoLabel(true);
     f.view.refresh();
     auto inkNear = [&](Point p) {
         const QImage image = f.shown();
@@ -114,7 +116,7 @@ TEST(MapViewDrawing, LabelsShowTheDatasetFieldAndFollowTheirOffset) {
         return n;
     };
     EXPECT_GT(inkNear({15, 15}), 10);
-    f.zones->labels.offsets[big.fid()] = {0, 6};
+    f.zones->setLabelOffset(big.fid(), {0, 6});
     f.view.refresh();
     EXPECT_EQ(inkNear({15, 15}), 0);
     EXPECT_GT(inkNear({15, 21}), 10);
@@ -220,7 +222,7 @@ TEST(MapViewRaster, TheScannedPlanIsReadWithItsPlace) {
         if (l->isRaster())
             raster = l;
     ASSERT_NE(raster, nullptr);
-    const RasterImage image = readRaster(raster->rasterSource);
+    const RasterImage image = readRaster(raster->rasterSource());
     ASSERT_FALSE(image.isNull());
     const Rect enclosure = view.map().requireLayer(u"Enceinte").bounds();
     EXPECT_TRUE(image.extent.contains(enclosure.center()));

@@ -19,7 +19,7 @@ struct ViewFixture {
         info.addParameter("Name", QStringLiteral("Zones"));
         info.addParameter("Fields", carto::FieldList{{"Nom", carto::FieldType::Text, 20}});
         zones = &view.map().addLayer(info);
-        zones->editable = true;
+        zones->setEditable(true);
         view.setBounds({0, 0, 40, 30});
         view.show();
     }

@@ -1,7 +1,7 @@
 #include "area_select_tools.h"
 
+#include "base/erreur.h"
 #include "carto/view/map_view.h"
-#include "recordset/erreur.h"
 
 #include <QKeyEvent>
 #include <QLineF>
@@ -24,7 +24,7 @@ void selectCentresWithin(MapView& view, const std::optional<Feature>& shape, boo
             },
             add);
     } catch (const veldra::Erreur& e) {
-        qWarning("%s", qPrintable(e.message()));
+        view.reportFailure(e);
     }
 }
 
@@ -110,7 +110,7 @@ void RectangleSelectTool::select(QPointF from, QPointF to, bool add) {
             },
             add);
     } catch (const veldra::Erreur& err) {
-        qWarning("%s", qPrintable(err.message()));
+        view_.reportFailure(err);
     }
 }
 
@@ -158,7 +158,7 @@ void PolygonSelectTool::mouseDoubleClick(QMouseEvent& e) {
     try {
         shape = Feature::region({ring});
     } catch (const veldra::Erreur& err) {
-        qWarning("%s", qPrintable(err.message()));
+        view_.reportFailure(err);
         return;
     }
     selectCentresWithin(view_, shape, hasShift(e));

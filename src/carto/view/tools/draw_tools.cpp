@@ -1,7 +1,9 @@
 #include "draw_tools.h"
 
+#include "base/erreur.h"
+#include "carto/model/edit_commands.h"
 #include "carto/view/map_view.h"
-#include "recordset/erreur.h"
+#include "carto/view/tools/tool_support.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -95,7 +97,7 @@ void DrawTool::finish(bool shift, bool control) {
     try {
         feature = isRegion() ? Feature::region({points}, style) : Feature::line({points}, style);
     } catch (const veldra::Erreur& err) {
-        qWarning("%s", qPrintable(err.message()));
+        view_.reportFailure(err);
         return;
     }
     bool enableDefault = true;
@@ -103,13 +105,7 @@ void DrawTool::finish(bool shift, bool control) {
     Layer* layer = view_.insertionLayer();
     if (!enableDefault || !layer)
         return;
-    try {
-        layer->addFeature(*feature);
-    } catch (const veldra::Erreur& err) {
-        qWarning("%s", qPrintable(err.message()));
-        return;
-    }
-    view_.notifyEdited();
+    runEdit(view_, std::make_unique<AddFeatures>(*layer, std::vector<Feature>{*feature}));
 }
 
 void DrawTool::paintOverlay(QPainter& painter) const {

@@ -1,7 +1,7 @@
 #include "label_tool.h"
 
 #include "carto/model/dataset.h"
-#include "carto/view/feature_painter.h"
+#include "carto/render/feature_painter.h"
 #include "carto/view/map_view.h"
 #include "carto/view/tools/tool_support.h"
 
@@ -19,13 +19,13 @@ namespace {
 constexpr double kLabelPickPixels = 10;
 
 bool labelled(const Layer& layer) {
-    return layer.visible && (layer.autoLabel || layer.labels.visible) &&
-           layer.labels.dataset != nullptr && !layer.labels.field.isEmpty();
+    return layer.visible() && (layer.autoLabel() || layer.labels().visible) &&
+           layer.labels().dataset != nullptr && !layer.labels().field.isEmpty();
 }
 
 Point offsetOf(const Layer& layer, qint64 fid) {
-    const auto it = layer.labels.offsets.find(fid);
-    return it == layer.labels.offsets.end() ? Point{} : it->second;
+    const auto it = layer.labels().offsets.find(fid);
+    return it == layer.labels().offsets.end() ? Point{} : it->second;
 }
 
 struct Grabbed {
@@ -57,7 +57,7 @@ std::optional<Grabbed> grab(const MapView& view, QPointF screen) {
         const Rect around{p.x - reach, p.y - reach, p.x + reach, p.y + reach};
         for (const Feature& f : layer->searchWithinRectangle(around, searchmode::CentreWithin))
             consider(f);
-        for (const auto& [fid, offset] : layer->labels.offsets)
+        for (const auto& [fid, offset] : layer->labels().offsets)
             if (layer->hasFeature(fid))
                 consider(layer->feature(fid));
         if (best)
@@ -91,7 +91,7 @@ void LabelTool::mousePress(QMouseEvent& e) {
     fid_ = g->feature.fid();
     centre_ = g->feature.centre();
     offset_ = offsetOf(*layer_, fid_);
-    text_ = layer_->labels.dataset->value(g->feature, layer_->labels.field).toString();
+    text_ = layer_->labels().dataset->value(g->feature, layer_->labels().field).toString();
 }
 
 void LabelTool::mouseMove(QMouseEvent& e) {
@@ -115,8 +115,7 @@ void LabelTool::mouseRelease(QMouseEvent& e) {
     cancel();
     if (!moved || !layer->hasFeature(fid))
         return;
-    layer->labels.offsets[fid] = {at.x - centre_.x, at.y - centre_.y};
-    view_.refresh();
+    layer->setLabelOffset(fid, {at.x - centre_.x, at.y - centre_.y});
 }
 
 bool LabelTool::keyPress(QKeyEvent& e) {

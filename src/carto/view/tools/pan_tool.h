@@ -2,8 +2,8 @@
 // Tool 1001: dragging moves the map with the mouse. The view follows every move; the
 // cached drawing is shifted meanwhile, so nothing is read while dragging.
 
+#include "carto/render/viewport.h"
 #include "carto/view/tools/tool.h"
-#include "carto/view/viewport.h"
 
 #include <QPointF>
 

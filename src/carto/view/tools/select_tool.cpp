@@ -1,8 +1,9 @@
 #include "select_tool.h"
 
+#include "base/erreur.h"
+#include "carto/model/edit_commands.h"
 #include "carto/view/map_view.h"
 #include "carto/view/tools/tool_support.h"
-#include "recordset/erreur.h"
 
 #include <QKeyEvent>
 #include <QLineF>
@@ -100,7 +101,7 @@ void SelectTool::mousePress(QMouseEvent& e) {
         return; // the selection is cleared on release, unless the press becomes a drag
     selectIn(view_.map(), *hit->layer, Features(hit->layer, {hit->feature.fid()}), false);
     selectedOnPress_ = true;
-    if (hit->layer->editable) {
+    if (hit->layer->editable()) {
         grab_ = Grab::Features;
         layer_ = hit->layer;
     }
@@ -142,11 +143,35 @@ void SelectTool::mouseRelease(QMouseEvent& e) {
             click(start_, shift_);
         return;
     }
-    Layer* const layer = layer_;
-    const std::vector<Feature> features = edited();
+    std::unique_ptr<EditCommand> command;
+    try {
+        command = editCommand();
+    } catch (const veldra::Erreur& err) {
+        cancel();
+        view_.reportFailure(err);
+        return;
+    }
     cancel();
-    if (layer)
-        storeEdits(view_, *layer, features);
+    if (command)
+        runEdit(view_, std::move(command));
+}
+
+std::unique_ptr<EditCommand> SelectTool::editCommand() const {
+    if (!layer_)
+        return nullptr;
+    if (state_ == State::Moving) {
+        std::vector<qint64> fids;
+        for (const qint64 fid : layer_->selection().fids())
+            if (layer_->hasFeature(fid))
+                fids.push_back(fid);
+        const Point a = view_.toMap(start_), b = view_.toMap(mouse_);
+        return fids.empty() ? nullptr
+                            : std::make_unique<MoveFeatures>(*layer_, fids, b.x - a.x, b.y - a.y);
+    }
+    const std::vector<Feature> shapes = edited();
+    if (shapes.empty())
+        return nullptr;
+    return std::make_unique<ReshapeFeature>(*layer_, shapes.front().fid(), shapes.front().parts());
 }
 
 bool SelectTool::keyPress(QKeyEvent& e) {
@@ -176,7 +201,7 @@ void SelectTool::click(QPointF screen, bool shift) {
 std::vector<Layer*> SelectTool::editableLayers() const {
     std::vector<Layer*> layers = view_.layersTopDown();
     std::erase_if(layers, [](const Layer* l) {
-        return !l->visible || !l->editable || l->isRaster() || l->selection().isEmpty();
+        return !l->visible() || !l->editable() || l->isRaster() || l->selection().isEmpty();
     });
     return layers;
 }
@@ -240,13 +265,16 @@ std::optional<SelectTool::VertexAt> SelectTool::insertVertexAt(QPointF screen) {
     Parts parts = best->feature.parts();
     Part& part = parts[best->part];
     part.insert(part.begin() + std::ptrdiff_t(best->insertAt), best->at);
+    std::unique_ptr<EditCommand> command;
     try {
-        best->feature.setParts(std::move(parts));
+        command =
+            std::make_unique<ReshapeFeature>(*best->layer, best->feature.fid(), std::move(parts));
     } catch (const veldra::Erreur& e) {
-        qWarning("%s", qPrintable(e.message()));
+        view_.reportFailure(e);
         return std::nullopt;
     }
-    storeEdits(view_, *best->layer, {best->feature});
+    if (!runEdit(view_, std::move(command)))
+        return std::nullopt;
     return VertexAt{best->layer, best->feature.fid(), int(best->part), int(best->insertAt)};
 }
 
@@ -262,7 +290,7 @@ std::optional<Feature> SelectTool::singleEditableSelection(Layer** owner) const 
         single = s.at(0);
         found = layer;
     }
-    if (!single || !found->visible || !found->editable || !hasVertices(*single))
+    if (!single || !found->visible() || !found->editable() || !hasVertices(*single))
         return std::nullopt;
     if (owner)
         *owner = found;

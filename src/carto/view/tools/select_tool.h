@@ -19,11 +19,13 @@
 #include "carto/view/tools/tool.h"
 
 #include <QPointF>
+#include <memory>
 #include <optional>
 #include <vector>
 
 namespace carto {
 
+class EditCommand;
 class Layer;
 
 class SelectTool : public Tool {
@@ -59,6 +61,8 @@ private:
     void click(QPointF screen, bool shift);
     // The features as they would be written if the drag ended where the mouse is.
     std::vector<Feature> edited() const;
+    // The command that writes the drag; nullptr when it changes nothing.
+    std::unique_ptr<EditCommand> editCommand() const;
     std::optional<Feature> resized(Point to) const;
 
     State state_ = State::Idle;

@@ -1,6 +1,7 @@
 #include "tool_support.h"
 
-#include "recordset/erreur.h"
+#include "base/erreur.h"
+#include "carto/model/edit_commands.h"
 
 #include <QLineF>
 #include <QMouseEvent>
@@ -27,8 +28,8 @@ bool hasControl(const QMouseEvent& e) {
 
 std::vector<Layer*> selectableLayers(const MapView& view) {
     std::vector<Layer*> layers = view.layersTopDown();
-    std::erase_if(layers,
-                  [](const Layer* l) { return !l->visible || !l->selectable || l->isRaster(); });
+    std::erase_if(
+        layers, [](const Layer* l) { return !l->visible() || !l->selectable() || l->isRaster(); });
     return layers;
 }
 
@@ -86,27 +87,15 @@ void selectFirstHits(MapView& view, const std::function<Features(const Layer&)>&
         clearSelections(view.map());
 }
 
-void storeEdits(MapView& view, Layer& layer, const std::vector<Feature>& features) {
-    if (features.empty())
-        return;
-    bool written = false;
+bool runEdit(MapView& view, std::unique_ptr<EditCommand> command) {
     try {
-        layer.beginAccess(1);
-        try {
-            for (const Feature& f : features) {
-                layer.updateFeature(f);
-                written = true;
-            }
-        } catch (...) {
-            layer.endAccess();
-            throw;
-        }
-        layer.endAccess();
+        view.map().execute(std::move(command));
     } catch (const veldra::Erreur& e) {
-        qWarning("%s", qPrintable(e.message()));
+        view.reportFailure(e);
+        return false;
     }
-    if (written)
-        view.notifyEdited();
+    view.notifyEdited();
+    return true;
 }
 
 bool ClickedPoints::add(const MapView& view, QPointF screen) {

@@ -12,6 +12,7 @@
 #include <QPointF>
 #include <QPolygonF>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -19,6 +20,8 @@ class QMouseEvent;
 class QPainter;
 
 namespace carto {
+
+class EditCommand;
 
 // How near a vertex, an edge, a handle or a line the mouse must be to take it.
 inline constexpr double kPickPixels = 5;
@@ -52,10 +55,9 @@ void selectIn(Map& map, Layer& layer, const Features& hits, bool add);
 // has any; when none has, clears every selection unless `add`.
 void selectFirstHits(MapView& view, const std::function<Features(const Layer&)>& search, bool add);
 
-// Writes the features back to their layer inside one update bracket, so a stored layer
-// commits them as one transaction, then tells the view an edit was made. A refused write
-// is reported with qWarning and the features written before it stay written.
-void storeEdits(MapView& view, Layer& layer, const std::vector<Feature>& features);
+// Runs an edit command on the view's map and tells the view an edit was made; a failure
+// is reported through MapView::failed and leaves the map as it was. False on failure.
+bool runEdit(MapView& view, std::unique_ptr<EditCommand> command);
 
 // The points of a shape clicked one by one (polygon selection, drawing, broken lines).
 // A click within kDragPixels of the previous point adds nothing: it is the second click

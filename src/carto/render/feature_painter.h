@@ -1,0 +1,42 @@
+#pragma once
+// Draws features of any kind with a QPainter for a viewport: the one place that turns
+// map geometry and styles into pixels, used by the cached render, the selection overlay
+// and exports alike. Usable on any thread (it paints into whatever device it is given).
+
+#include "carto/model/feature_data.h"
+#include "carto/render/style_paint.h"
+#include "carto/render/viewport.h"
+
+#include <QPainter>
+#include <QPolygonF>
+#include <unordered_map>
+
+namespace carto {
+
+class FeaturePainter {
+public:
+    FeaturePainter(QPainter& painter, const Viewport& viewport);
+
+    void draw(const FeatureData& data, const Style& style);
+    void drawRegion(const Parts& rings, const RegionPaint& paint, const Rect& bounds);
+    void drawLine(const Parts& lines, const QPen& pen);
+    void drawSymbol(Point at, const Style& style);
+    void drawText(Point anchor, const QString& text, const Style& style);
+    // An automatic label: small, fixed-size, centred on the point, with a white halo.
+    void drawLabel(Point at, const QString& text);
+
+    // Texts smaller than this many pixels high are not drawn: they could not be read.
+    static constexpr double kMinTextPixels = 4.0;
+
+private:
+    const RegionPaint& regionPaintFor(const Style& style);
+    const QPolygonF& screenRing(const Part& ring);
+
+    QPainter& painter_;
+    Viewport viewport_;
+    double k_;
+    std::unordered_map<const Style*, RegionPaint> regionPaints_;
+    QPolygonF ring_;
+};
+
+} // namespace carto

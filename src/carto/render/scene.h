@@ -1,0 +1,48 @@
+#pragma once
+// What a render draws, taken from the map on the UI thread: for each visible layer in
+// drawing order, the features whose bounds meet the area (through the R-tree), each with
+// the style it is drawn in (its own or its theme category's) and its automatic label.
+// The features' data is shared and never changed in place, so a scene can be painted on
+// another thread while the map goes on changing.
+
+#include "carto/model/map.h"
+#include "carto/render/raster_image.h"
+#include "carto/render/viewport.h"
+
+#include <QPainter>
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace carto {
+
+struct SceneItem {
+    std::shared_ptr<const FeatureData> data;
+    const Style* style = nullptr;
+    QString label; // empty when none
+    Point labelAt;
+};
+
+struct SceneLayer {
+    std::vector<SceneItem> items;
+    RasterImage raster;
+};
+
+struct Scene {
+    Viewport viewport;
+    Rect area;
+    std::vector<SceneLayer> layers;
+    std::vector<std::unique_ptr<Style>> themeStyles; // styles that themes made
+};
+
+using RasterLookup = std::function<RasterImage(const QString& source)>;
+
+Scene buildScene(const Map& map, const Viewport& viewport, const Rect& area,
+                 const RasterLookup& rasters);
+
+// Paints the scene's layers; stops early, leaving the picture unfinished, when cancel
+// becomes true.
+void paintScene(QPainter& painter, const Scene& scene, const std::atomic<bool>* cancel = nullptr);
+
+} // namespace carto

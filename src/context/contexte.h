@@ -1,0 +1,117 @@
+#pragma once
+// What the modules of the control share: the public variables (hosts may write them at
+// any time, so modules read them at each operation), the widgets, the control's own
+// state, the prompter, the modal-dialog hook, the events raised to the host and the hooks
+// through which one domain module calls another. The control owns it and wires the hooks;
+// modules receive a reference and never include each other.
+
+#include "base/erreur.h"
+#include "carto/model/map.h"
+#include "context/ini_file/ini_file.h"
+#include "context/prompter.h"
+#include "context/surface.h"
+#include "recordset/recordset.h"
+
+#include <QDialog>
+#include <QStringList>
+#include <functional>
+#include <memory>
+
+namespace veldra {
+
+// The public variables of the control, in their declaration order.
+struct VariablesPubliques {
+    carto::Layer* Calque_Tombe = nullptr;
+    carto::Layer* Calque_Decor = nullptr;
+    carto::Layer* Calque_Numero = nullptr;
+    carto::Layer* Calque_Texte = nullptr;
+    carto::Layer* Calque_Sections = nullptr;
+    carto::Layer* Calque_Allees = nullptr;
+    carto::Layer* Calque_Courant = nullptr;
+    carto::Layer* Calque_Enceinte = nullptr;
+    carto::Layer* Calque_Raster = nullptr;
+    QString CheminCimetiere;
+    QObject* gMap = nullptr;
+    carto::Features ObjSel;
+    bool ModeEdition = false;
+    carto::Dataset* DataSetTombes = nullptr;
+    qint16 mintCurFrame = 0;
+};
+
+struct EtatControle {
+    carto::Layer* calquePrecedent = nullptr;
+    bool droitEdition = false;
+    bool planOuvert = false;
+    double longueurPlan = 0; // metres, for a new plan
+    double largeurPlan = 0;
+    carto::Layer* calqueTemp = nullptr; // the scratch layer of Map1
+    QStringList couleursTheme;          // ten colours as decimal text
+    QString etatPanelInfos = QStringLiteral("Visible");
+    bool chargement = false;           // settings being applied: nothing is saved meanwhile
+    qint16 indexOutil = 0;             // the last B_Outils button pressed
+    carto::Style marqueur1, marqueur2; // red marks of the overview map
+    int pointeurCarte = 0;             // the map's pointer before the gauge started
+    bool sablierJauge = false;         // the gauge set the screen's hourglass
+};
+
+// The events a module raises to the host, wired by the control to its signals.
+struct Evenements {
+    std::function<void(RecordsetPtr&, QString&)> Synchro;
+    std::function<void(QString&)> InfoTombes;
+    std::function<void(QString&)> FicheTombe;
+    std::function<void(QString&)> AffecterUneConcession;
+};
+
+// Calls from one domain module into another, wired by the control. An unset hook does
+// nothing, so a module can be driven on its own.
+struct Crochets {
+    // Editing: the custom tools of the main map view (plan opening).
+    std::function<void()> creeOutilsPersonnalises;
+    // Editing: the drawing tools that suit the current layer (edit mode).
+    std::function<void()> activeOutilsDessin;
+    // Editing: the map set-up of edit mode.
+    std::function<void()> prepareOutilsCarte;
+};
+
+template <typename... A> void appelle(const std::function<void(A...)>& crochet, A... args) {
+    if (crochet)
+        crochet(args...);
+}
+
+class Contexte {
+public:
+    Contexte(QWidget& controle, VariablesPubliques& v, Surface& s)
+        : controle(controle), v(v), s(s) {}
+
+    QWidget& controle;
+    VariablesPubliques& v;
+    Surface& s;
+    EtatControle etat;
+    Evenements evenements;
+    Crochets crochets;
+
+    Prompter& prompter() { return *prompter_; }
+    void setPrompter(std::unique_ptr<Prompter> p) { prompter_ = std::move(p); }
+
+    // Every modal dialog is shown through this hook, so tests can drive it.
+    std::function<int(QDialog&)> montreModal = [](QDialog& d) { return d.exec(); };
+
+    // The settings file object, made when first needed.
+    INI_FILE& ini() {
+        if (!ini_)
+            ini_ = std::make_unique<INI_FILE>();
+        return *ini_;
+    }
+    void libereIni() { ini_.reset(); }
+
+    // The control's own folder (settings, cursors); see dossier_controle.h.
+    QString dossierControle;
+
+    carto::Map& carte() { return s.Map1->map(); }
+
+private:
+    std::unique_ptr<Prompter> prompter_;
+    std::unique_ptr<INI_FILE> ini_;
+};
+
+} // namespace veldra

@@ -1,0 +1,91 @@
+#include "context/parametres.h"
+
+#include "base/erreur.h"
+#include "context/contexte.h"
+#include "recordset/value.h"
+
+namespace veldra {
+
+namespace {
+
+const QString kSection = QStringLiteral("Paramètres");
+
+QString lit(Contexte& ctx, const QString& cle, const QString& defaut) {
+    QString valeur;
+    ctx.ini().Get_Key_Of_Section(kSection, cle, defaut, valeur);
+    return valeur;
+}
+
+// The numeric value of a text the way the settings are read: a number or an error.
+double nombre(const QString& texte, const QString& cle) {
+    bool ok = false;
+    const double v = texte.trimmed().toDouble(&ok);
+    if (!ok)
+        throw Erreur(err::TypeIncompatible,
+                     QStringLiteral("Incompatibilité de type (« %1 » = « %2 »)").arg(cle, texte));
+    return v;
+}
+
+void coche(QCheckBox* b) {
+    if (!b->isChecked())
+        b->click();
+}
+
+// The leading number of a text, as colours are stored ("" gives 0).
+carto::Colour couleur(const QString& texte) {
+    return carto::Colour(qint64(recordset::leadingNumber(texte)));
+}
+
+} // namespace
+
+void litParametres(Contexte& ctx) {
+    struct Drapeau {
+        bool& d;
+        explicit Drapeau(bool& d) : d(d) { d = true; }
+        ~Drapeau() { d = false; }
+    } chargement(ctx.etat.chargement);
+    if (!ctx.ini().Existe())
+        return;
+    Surface& s = ctx.s;
+    if (nombre(lit(ctx, QStringLiteral("Bibliotheque"), QStringLiteral("0")),
+               QStringLiteral("Bibliotheque")) == 1)
+        coche(s.CB_Bibliotheque);
+    if (nombre(lit(ctx, QStringLiteral("Situation"), QStringLiteral("0")),
+               QStringLiteral("Situation")) == 1)
+        coche(s.CB_PlanSitue);
+    const carto::Colour fond = couleur(lit(ctx, QStringLiteral("CouleurDeFond"), QString()));
+    QPalette p = s.PCouleur->palette();
+    p.setColor(QPalette::Window, carto::toQColor(fond));
+    s.PCouleur->setPalette(p);
+    s.Map1->setBackgroundColor(fond);
+    if (lit(ctx, QStringLiteral("Calque_SectionsVisible"), QString()) == QLatin1String("1"))
+        coche(s.C_AffSections);
+    if (lit(ctx, QStringLiteral("Calque_AlleesVisible"), QString()) == QLatin1String("1"))
+        coche(s.C_AffAllees);
+    const bool infos =
+        lit(ctx, QStringLiteral("Panel Infos"), QStringLiteral("1")) == QLatin1String("1");
+    // The arrow button folds and unfolds the panel; only a change needs a click.
+    if (infos != (ctx.etat.etatPanelInfos == QLatin1String("Visible")))
+        s.Btn_Fleche->click();
+}
+
+void ecritParametres(Contexte& ctx) {
+    if (ctx.etat.chargement)
+        return;
+    Surface& s = ctx.s;
+    INI_FILE& ini = ctx.ini();
+    auto ecrit = [&](const char* cle, const QString& valeur) {
+        ini.Set_Key_Of_Section(kSection, QString::fromUtf8(cle), valeur);
+    };
+    auto visible = [](const carto::Layer* l) { return QString::number(l && l->visible() ? 1 : 0); };
+    ecrit("Situation", QString::number(s.CB_PlanSitue->isChecked() ? 1 : 0));
+    ecrit("Bibliotheque", QString::number(s.CB_Bibliotheque->isChecked() ? 1 : 0));
+    ecrit("CouleurDeFond",
+          QString::number(carto::fromQColor(s.PCouleur->palette().color(QPalette::Window))));
+    ecrit("Calque_SectionsVisible", visible(ctx.v.Calque_Sections));
+    ecrit("Calque_AlleesVisible", visible(ctx.v.Calque_Allees));
+    ecrit("Panel Infos",
+          QString::number(ctx.etat.etatPanelInfos == QLatin1String("Visible") ? 1 : 0));
+}
+
+} // namespace veldra
