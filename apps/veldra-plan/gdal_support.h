@@ -1,9 +1,10 @@
 #pragma once
 // The GDAL pieces every writer of the tool shares. Failures become veldra::Erreur with a
 // French message followed by GDAL's own reason; GDAL's messages never reach stderr while
-// a QuietGdal is alive.
+// the engine's guard (QuietGdal) is alive.
 
 #include "base/erreur.h"
+#include "carto/storage/gdal_handles.h"
 
 #include <QString>
 #include <cpl_error.h>
@@ -12,13 +13,7 @@
 namespace veldra::plantool {
 
 // Keeps GDAL from printing its errors; the last one is read by fail().
-class QuietGdal {
-public:
-    QuietGdal() : pusher_(CPLQuietErrorHandler) { CPLErrorReset(); }
-
-private:
-    CPLErrorHandlerPusher pusher_;
-};
+using QuietGdal = carto::gdal::QuietErrors;
 
 // Throws Erreur(AccesRefuse) whose description is `what`, then GDAL's last message if any.
 [[noreturn]] void fail(const QString& what);

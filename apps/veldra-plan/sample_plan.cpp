@@ -3,9 +3,9 @@
 #include "base/erreur.h"
 #include "veldra-plan/gdal_support.h"
 #include "veldra-plan/layer_writer.h"
-#include "veldra-plan/ogr_style.h"
 #include "veldra-plan/output_file.h"
 #include "veldra-plan/paper_raster.h"
+#include "veldra-plan/plan_styles.h"
 #include "veldra-plan/sample_layout.h"
 
 #include <QDir>
@@ -53,7 +53,7 @@ void writeDecor(LayerWriter& w, const SampleLayout& layout) {
         setText(*f, categorie, category);
         w.add(*f, std::move(g), style);
     };
-    RegionStyle chapel{Wall, 0x808080, Brush::DiagonalCross, true, 0xE0E0E0};
+    RegionStyle chapel{Wall, 0x808080, carto::pattern::DiagonalCross, 0xE0E0E0};
     add(polygon(layout.chapel), regionStyle(chapel), QStringLiteral("Chapelle"), {});
     for (const Polyline& path : layout.paths)
         add(lineString(path), lineStyle(PathColour), {}, {});
@@ -142,7 +142,7 @@ void writePlan(GDALDataset& ds, const SampleLayout& layout, const QString& raste
     };
     inTransaction([&] {
         writeNamedRegions(enclosure, {{QStringLiteral("Enceinte"), &layout.enclosure}},
-                          regionStyle({Wall, White, Brush::None}));
+                          regionStyle({Wall, White, carto::pattern::None}));
     });
     inTransaction([&] {
         writeNamedRegions(sections, sectionRings, regionStyle({SectionBorder, SectionFill}));

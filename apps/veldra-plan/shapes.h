@@ -2,15 +2,13 @@
 // Plane shapes of the tool, in plan metres. A ring lists its corners once, counter-clockwise,
 // without repeating the first; writers close it.
 
+#include "carto/geometry/point.h"
+
 #include <vector>
 
 namespace veldra::plantool {
 
-struct Point {
-    double x = 0;
-    double y = 0;
-    friend bool operator==(const Point&, const Point&) = default;
-};
+using carto::Point;
 
 using Ring = std::vector<Point>;
 using Polyline = std::vector<Point>;

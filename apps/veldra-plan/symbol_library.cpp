@@ -2,8 +2,8 @@
 
 #include "veldra-plan/gdal_support.h"
 #include "veldra-plan/layer_writer.h"
-#include "veldra-plan/ogr_style.h"
 #include "veldra-plan/output_file.h"
+#include "veldra-plan/plan_styles.h"
 
 #include <QDir>
 #include <functional>
@@ -82,7 +82,7 @@ std::vector<Category> catalogue() {
                  {region([](Point p) { return circle(p, 0.6); }, {deepWater, water}),
                   symbol(0x25C9, deepWater, 1.2), // tap
                   region([](Point p) { return box(p, 1.2, 0.8); },
-                         {deepWater, deepWater, Brush::Horizontal, true, water})}});
+                         {deepWater, deepWater, carto::pattern::Horizontal, water})}});
     c.push_back(
         {"POTEAUX",
          {symbol(0x25A0, metal, 0.4), region([](Point p) { return box(p, 0.3, 0.3); }, {0, metal}),

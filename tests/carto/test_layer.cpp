@@ -95,6 +95,68 @@ TEST(Layer, TheIndexFollowsMovesAndDeletes) {
     EXPECT_EQ(g.layer.bounds(), (Rect{0, 0, 5, 5}));
 }
 
+TEST(Layer, BoundsFollowEveryEditThroughTheIndex) {
+    Grid g;
+    EXPECT_EQ(g.layer.bounds(), (Rect{0, 0, 5, 5}));
+    Feature f = g.layer.feature(g.ids[8]); // the top right square
+    f.offset(-10, 0);
+    g.layer.updateFeature(f);
+    EXPECT_EQ(g.layer.bounds(), (Rect{-6, 0, 5, 5}));
+    g.layer.deleteFeature(g.ids[2]); // the right column goes: the bounds shrink
+    g.layer.deleteFeature(g.ids[5]);
+    EXPECT_EQ(g.layer.bounds(), (Rect{-6, 0, 3, 5}));
+    for (const qint64 fid : {g.ids[0], g.ids[1], g.ids[3], g.ids[4], g.ids[6], g.ids[7], g.ids[8]})
+        g.layer.deleteFeature(fid);
+    EXPECT_TRUE(g.layer.bounds().isNull());
+}
+
+// Host text compared as a value, never read as a condition.
+TEST(Layer, SearchEqualComparesValuesWhateverTheyHold) {
+    Grid g;
+    const QString hostile[] = {QStringLiteral("Allée \"B\""),
+                               QStringLiteral("l'Ouest"),
+                               QStringLiteral("A = \"B\""),
+                               QStringLiteral("x\" and Nom = \"y"),
+                               QStringLiteral("1 or 1=1"),
+                               QString(10000, u'é'),
+                               QStringLiteral("; DROP TABLE Tombes --"),
+                               QStringLiteral(" and ")};
+    for (size_t i = 0; i < std::size(hostile); ++i) {
+        Feature f = g.layer.feature(g.ids[i]);
+        f.setAttribute(u"Nom", hostile[i]);
+        g.layer.updateFeature(f);
+    }
+    for (size_t i = 0; i < std::size(hostile); ++i) {
+        const Features hit = g.layer.searchEqual(u"nom", hostile[i]);
+        ASSERT_EQ(hit.count(), 1) << i;
+        EXPECT_EQ(hit.at(0).fid(), g.ids[i]);
+    }
+    // Texts compare without regard to case, as conditions do; a prefix is no match.
+    EXPECT_EQ(g.layer.searchEqual(u"Nom", QStringLiteral("L'OUEST")).count(), 1);
+    EXPECT_EQ(g.layer.searchEqual(u"Nom", QStringLiteral("l'Ou")).count(), 0);
+    EXPECT_EQ(g.layer.searchEqual(u"Nom", QVariant()).count(), 0);
+    EXPECT_THROW(g.layer.searchEqual(u"Absente", QStringLiteral("x")), veldra::Erreur);
+}
+
+TEST(Layer, SearchEqualComparesNumbersAsNumbers) {
+    Map map;
+    LayerInfo info;
+    info.addParameter("Name", QStringLiteral("Tombes"));
+    info.addParameter("Fields", FieldList{{"IDGCF", FieldType::Integer, 0}});
+    Layer& plots = map.addLayer(info);
+    Feature f = plots.addFeature(Feature::region({square(0, 0, 1)}));
+    f.setAttribute(u"IDGCF", 12);
+    plots.updateFeature(f);
+    plots.addFeature(Feature::region({square(2, 0, 1)})); // no key
+    for (const QVariant& v : {QVariant(12), QVariant(12.0), QVariant(QStringLiteral("12")),
+                              QVariant(QStringLiteral(" 12 ")), QVariant(QStringLiteral("12.0"))})
+        EXPECT_EQ(plots.searchEqual(u"IDGCF", v).count(), 1) << v.toString().toStdString();
+    for (const QVariant& v :
+         {QVariant(QStringLiteral("12 or 1=1")), QVariant(QStringLiteral("abc")), QVariant(),
+          QVariant(QString()), QVariant(13), QVariant(QStringLiteral("IDGCF"))})
+        EXPECT_EQ(plots.searchEqual(u"IDGCF", v).count(), 0) << v.toString().toStdString();
+}
+
 TEST(Layer, UnionIsCachedUntilTheLayerChanges) {
     Grid g;
     const Geometry& before = g.layer.unionAll();

@@ -1,6 +1,7 @@
 // Styles survive the OGR_STYLE column, and strings written by other tools are understood.
 #include "carto/storage/style_string.h"
 
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 using namespace carto;
@@ -76,4 +77,29 @@ TEST(StyleString, ForeignStrings) {
     // Rubbish gives the defaults rather than an error.
     EXPECT_EQ(parseStyleString("BRUSH(fc:#zz").style.regionColor, Style{}.regionColor);
     EXPECT_FALSE(parseStyleString("").kind.has_value());
+}
+
+TEST(StyleString, ColoursAndNumbersAreWrittenAsOtherToolsReadThem) {
+    EXPECT_EQ(colourText(255), "#FF0000");
+    EXPECT_EQ(colourText(0xC0C0FF), "#FFC0C0");
+    EXPECT_EQ(colourText(49152), "#00C000");
+    EXPECT_EQ(colourText(0x123456), "#563412");
+    EXPECT_EQ(colourText(Colour(0xFF000000u | 0xFFFFFFu)), "#FFFFFF"); // bits above 24 ignored
+
+    Style t;
+    t.textSize = 0.01;    // a ten-thousandth of a metre
+    t.textRotation = 1e6; // and a silly angle
+    const QByteArray label = styleString(FeatureKind::Text, t, QStringLiteral("x"));
+    EXPECT_TRUE(label.contains("s:0.0001g,")) << label.constData();
+    EXPECT_TRUE(label.contains("a:1000000,")) << label.constData();
+    EXPECT_FALSE(QString::fromUtf8(label).contains(QRegularExpression("[0-9][eE][-+]?[0-9]")))
+        << label.constData();
+    t.textRotation = -7.5;
+    t.textBold = t.textUnderline = t.textHalo = true;
+    t.textBackColor = 0xFFFF00; // cyan
+    const QByteArray flagged = styleString(FeatureKind::Text, t, {}, QStringLiteral("Texte"));
+    EXPECT_TRUE(flagged.contains("t:{Texte}")) << flagged.constData();
+    EXPECT_TRUE(flagged.contains("a:-7.5,")) << flagged.constData();
+    EXPECT_TRUE(flagged.contains(",bo:1,un:1,o:#00FFFF")) << flagged.constData();
+    EXPECT_FALSE(flagged.contains(",b:")) << flagged.constData();
 }

@@ -136,6 +136,34 @@ TEST(GetInfo, HostileParametersNeverMatchEverything) {
     EXPECT_EQ(f.c->Calque_Tombe->featureCount(), 120);
 }
 
+// Names that would break a condition pasted together from host text are found as they are.
+TEST(GetInfo, SectionAndAlleyNamesAreComparedAsTheyStand) {
+    EchangeFixture f;
+    carto::Layer& sections = *f.c->Calque_Sections;
+    const QString noms[] = {QStringLiteral("Carré \"B\" and Nom = \"A\""), QStringLiteral("l'Est"),
+                            QStringLiteral("; DROP TABLE Tombes --")};
+    const RecordsetPtr avant = f.getInfo(QStringLiteral("S"), QStringLiteral("B"));
+    ASSERT_NE(avant, nullptr);
+    carto::Feature b = sections.searchEqual(u"Nom", QStringLiteral("B")).at(0);
+    for (const QString& nom : noms) {
+        b.setAttribute(u"Nom", nom);
+        sections.updateFeature(b);
+        b = sections.feature(b.fid());
+        f.messages.clear();
+        const RecordsetPtr trouve = f.getInfo(QStringLiteral("S"), nom);
+        ASSERT_NE(trouve, nullptr) << nom.left(20).toStdString();
+        EXPECT_EQ(trouve->recordCount(), avant->recordCount());
+        EXPECT_TRUE(f.messages.empty());
+    }
+    // Half of a hostile name, or the name with its quotes stripped, finds nothing.
+    for (const QString& bout : {QStringLiteral("Carré "), QStringLiteral("A\" and Nom = \"B"),
+                                QStringLiteral("Carré B and Nom = A")}) {
+        f.messages.clear();
+        EXPECT_EQ(f.getInfo(QStringLiteral("S"), bout), nullptr);
+        EXPECT_EQ(f.messages.back().texte, QStringLiteral("Cette section n'existe pas"));
+    }
+}
+
 TEST(GetInfo, TheHostIsToldOfSynchronisationInformationAndFileCards) {
     EchangeFixture f;
     std::vector<std::pair<int, QString>> synchros;

@@ -5,6 +5,7 @@
 #include "recordset/field_spec.h"
 
 #include <cmath>
+#include <gdal_priv.h>
 
 using namespace veldra;
 
@@ -166,4 +167,78 @@ TEST(MAJ, BadRecordSetsGiveClearErrorsAndNeverHalfWriteTheFirstRecord) {
     EXPECT_EQ(f.relu(t.fid()).attribute(u"Nom").toString(), QStringLiteral("Premier"));
     EXPECT_EQ(f.relu(u.fid()).attribute(u"Nom").toString(), QStringLiteral("Second"));
     EXPECT_EQ(f.relu(u.fid()).parts().front(), u.parts().front());
+}
+
+namespace {
+
+// A rule of another program that refuses any change to one plot, from the next write on.
+void refuseLaTombe(const QString& plan, qint64 fid) {
+    GDALAllRegister();
+    std::unique_ptr<GDALDataset> ds(
+        GDALDataset::Open(plan.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+    ASSERT_NE(ds, nullptr);
+    CPLErrorReset();
+    ds->ExecuteSQL(QStringLiteral("CREATE TRIGGER non BEFORE UPDATE ON \"Tombes\" WHEN "
+                                  "OLD.fid = %1 BEGIN SELECT RAISE(ABORT, 'refusé'); END")
+                       .arg(fid)
+                       .toUtf8()
+                       .constData(),
+                   nullptr, nullptr);
+    ASSERT_LT(CPLGetLastErrorType(), CE_Failure) << CPLGetLastErrorMsg();
+}
+
+QString nomStocke(const QString& plan, qint64 fid) {
+    carto::Map relue;
+    relue.loadMapSet(plan);
+    return relue.requireLayer(u"Tombes").feature(fid).attribute(u"Nom").toString();
+}
+
+} // namespace
+
+TEST(MAJ, ARecordThatStorageRefusesIsSkippedWholeAndMemoryKeepsWhatStorageHolds) {
+    ControleFixture f;
+    const QString plan = f.plan(12);
+    std::vector<qint64> fids;
+    {
+        carto::Map m;
+        m.loadMapSet(plan);
+        for (const carto::Feature& t : m.requireLayer(u"Tombes").allFeatures())
+            fids.push_back(t.fid());
+    }
+    refuseLaTombe(plan, fids[2]);
+    f.ouvre(plan);
+    std::vector<QString> avant;
+    for (int i = 0; i < 4; ++i)
+        avant.push_back(nomStocke(plan, fids[size_t(i)]));
+    const auto nom = [&](int i) {
+        return f.c->Calque_Tombe->feature(fids[size_t(i)]).attribute(u"Nom").toString();
+    };
+    const auto records = [&](bool tailles) {
+        RecordsetPtr rs = enregistrements();
+        for (int i = 0; i < 4; ++i) {
+            const carto::Part& r = f.c->Calque_Tombe->feature(fids[size_t(i)]).parts().front();
+            const double d1 = DistancePoints(r[1], r[0]), d2 = DistancePoints(r[2], r[1]);
+            ajoute(*rs, fids[size_t(i)], 100 + i, QStringLiteral("Famille %1").arg(i),
+                   tailles ? tronque5(std::max(d1, d2)) : 0.0,
+                   tailles ? tronque5(std::min(d1, d2)) : 0.0);
+        }
+        return rs;
+    };
+    QString type = QStringLiteral("U");
+
+    // The first record cannot be redrawn at a size of 0: nothing is written at all.
+    RecordsetPtr rs = records(false);
+    EXPECT_THROW(f.c->MAJ(rs, type), Erreur);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(nom(i), avant[size_t(i)]) << i;
+        EXPECT_EQ(nomStocke(plan, fids[size_t(i)]), avant[size_t(i)]) << i;
+    }
+
+    // Storage refuses the third plot: it keeps its name, in memory as on disk.
+    rs = records(true);
+    f.c->MAJ(rs, type);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(nom(i), i == 2 ? avant[2] : QStringLiteral("Famille %1").arg(i)) << i;
+        EXPECT_EQ(nomStocke(plan, fids[size_t(i)]), nom(i)) << i;
+    }
 }

@@ -1,6 +1,7 @@
 // Opening plans: the layers' opening state, the datasets, the temporary layers, the
 // user's settings, and the failures the opening reports and survives.
 #include "context/ini_file/ini_file.h"
+#include "context/ini_file/profile.h"
 #include "control_fixture.h"
 
 #include <QFile>
@@ -268,9 +269,19 @@ TEST(Parametres, ABadNumberIsReportedAndStopsTheReading) {
 
 TEST(Parametres, ADestroyedControlThatNeverOpenedAPlanDoesNotFail) {
     QStandardPaths::setTestModeEnabled(true);
+    QTemporaryDir dir;
+    std::vector<Message> messages;
     auto c = std::make_unique<Veldra>();
+    c->setPrompter(std::make_unique<Enregistreur>(messages));
+    c->setDossierControle(dir.path());
+    const QString profil = veldra::profile::systemProfilePath();
+    QFile::remove(profil);
     c.reset();
-    SUCCEED();
+    // No message, nothing beside the control: with no plan the settings file has no
+    // name, so the preferences go to the user's own profile.
+    EXPECT_TRUE(messages.empty());
+    EXPECT_TRUE(QDir(dir.path()).isEmpty());
+    EXPECT_TRUE(QFile::exists(profil));
 }
 
 TEST(Parametres, AControlFolderThatCannotBeWrittenFallsBackToTheUsersDataFolder) {

@@ -253,10 +253,12 @@ TEST_F(SamplePlan, StylesParseAndSuitTheirFeatures) {
     }
     const auto sections = readFeatures(ds(), "Sections");
     EXPECT_STREQ(sections[0]->GetFieldAsString("OGR_STYLE"),
-                 R"(PEN(c:#FF0000,w:1px);BRUSH(fc:#FFC0C0,id:"ogr-brush-0"))");
+                 R"(PEN(c:#FF0000,w:1px,id:"veldra-pen-2,ogr-pen-0");)"
+                 R"(BRUSH(fc:#FFC0C0,id:"veldra-brush-2,ogr-brush-0"))");
     const auto alleys = readFeatures(ds(), "Allées");
     EXPECT_STREQ(alleys[0]->GetFieldAsString("OGR_STYLE"),
-                 R"(PEN(c:#00C000,w:1px);BRUSH(fc:#C0FFC0,id:"ogr-brush-0"))");
+                 R"(PEN(c:#00C000,w:1px,id:"veldra-pen-2,ogr-pen-0");)"
+                 R"(BRUSH(fc:#C0FFC0,id:"veldra-brush-2,ogr-brush-0"))");
 
     QSet<QString> texts;
     for (const OGRFeatureUniquePtr& f : readFeatures(ds(), "Texte"))

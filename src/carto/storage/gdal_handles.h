@@ -24,10 +24,14 @@ inline ResultSet executeSql(GDALDataset& ds, const char* sql) {
 }
 
 // GDAL writes its errors to stderr by default; storage code reads them from
-// CPLGetLastErrorMsg instead, while this guard lives.
+// CPLGetLastErrorMsg instead, while this guard lives. It starts with no error pending, so
+// what CPLGetLastErrorMsg says afterwards belongs to the guarded calls.
 class QuietErrors {
 public:
-    QuietErrors() { CPLPushErrorHandler(CPLQuietErrorHandler); }
+    QuietErrors() {
+        CPLPushErrorHandler(CPLQuietErrorHandler);
+        CPLErrorReset();
+    }
     ~QuietErrors() { CPLPopErrorHandler(); }
     QuietErrors(const QuietErrors&) = delete;
     QuietErrors& operator=(const QuietErrors&) = delete;

@@ -106,6 +106,49 @@ TEST(GeometryFactories, RingsAreClosedOnceAndListedShellThenHoles) {
     EXPECT_TRUE(sameGeometry(Geometry::multiPolygon({{parts[0], parts[1]}, {parts[2]}}), g));
 }
 
+// Rings listed in any order: nesting decides shells and holes.
+struct RingsCase {
+    std::vector<std::vector<Point>> rings;
+    const char* expected;
+};
+
+class GeometryFromRings : public ::testing::TestWithParam<RingsCase> {};
+
+TEST_P(GeometryFromRings, NestingDecidesShellsAndHoles) {
+    EXPECT_TRUE(sameGeometry(Geometry::fromRings(GetParam().rings), GetParam().expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, GeometryFromRings,
+    ::testing::Values(
+        // One ring: the polygon itself, open or closed.
+        RingsCase{{{{0, 0}, {4, 0}, {4, 4}, {0, 4}}}, "POLYGON((0 0,4 0,4 4,0 4,0 0))"},
+        // A hole listed before its shell.
+        RingsCase{{{{2, 2}, {4, 2}, {4, 4}, {2, 4}}, {{0, 0}, {10, 0}, {10, 10}, {0, 10}}},
+                  "POLYGON((0 0,10 0,10 10,0 10,0 0),(2 2,4 2,4 4,2 4,2 2))"},
+        // Two shells apart.
+        RingsCase{{{{0, 0}, {1, 0}, {1, 1}, {0, 1}}, {{5, 0}, {6, 0}, {6, 1}, {5, 1}}},
+                  "MULTIPOLYGON(((0 0,1 0,1 1,0 1,0 0)),((5 0,6 0,6 1,5 1,5 0)))"},
+        // An island in a hole: three deep.
+        RingsCase{{{{0, 0}, {10, 0}, {10, 10}, {0, 10}},
+                   {{2, 2}, {8, 2}, {8, 8}, {2, 8}},
+                   {{4, 4}, {6, 4}, {6, 6}, {4, 6}}},
+                  "MULTIPOLYGON(((0 0,10 0,10 10,0 10,0 0),(2 2,8 2,8 8,2 8,2 2)),"
+                  "((4 4,6 4,6 6,4 6,4 4)))"}));
+
+TEST(GeometryFactories, FromRingsRefusesWhatARingRefuses) {
+    EXPECT_EQ(errorOf([] { Geometry::fromRings({}); }), err::GeometrieInvalide);
+    EXPECT_EQ(errorOf([] {
+                  Geometry::fromRings({{{0, 0}, {4, 0}, {4, 4}}, {{1, 1}, {2, 1}}});
+              }),
+              err::GeometrieInvalide);
+    EXPECT_EQ(
+        errorOf([] {
+            Geometry::fromRings({{{0, 0}, {4, 0}, {4, 4}}, {{1, 1}, {2, 1}, {2, std::nan("")}}});
+        }),
+        err::GeometrieInvalide);
+}
+
 TEST(GeometryFactories, LinesPointsRectanglesCircles) {
     EXPECT_TRUE(
         sameGeometry(Geometry::lineString({{0, 0}, {3, 4}, {3, 5}}), "LINESTRING(0 0,3 4,3 5)"));

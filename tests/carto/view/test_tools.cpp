@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <cmath>
+#include <gdal_priv.h>
 
 using namespace carto;
 
@@ -291,6 +292,53 @@ TEST(SelectTool, AMoveInAStoredPlanIsOneTransactionAndIsWritten) {
     const Layer& stored = reread.requireLayer(u"Tombes");
     expectBounds(stored.feature(a).bounds(), {2, 12, 6, 16});
     expectBounds(stored.feature(b).bounds(), {10, 12, 14, 16});
+}
+
+// A drag of several features that storage refuses halfway: nothing moves, anywhere, and
+// the failure is reported once through the view.
+TEST(SelectTool, ADragThatStorageRefusesHalfwayMovesNothing) {
+    QTemporaryDir dir;
+    const QString path = veldra::plantool::createEmptyPlan(dir.path(), QStringLiteral("Essai"));
+    qint64 a = -1, b = -1;
+    {
+        Map map;
+        map.loadMapSet(path);
+        Layer& plots = map.requireLayer(u"Tombes");
+        a = plots.addFeature(Feature::region({square(2, 2, 4)})).fid();
+        b = plots.addFeature(Feature::region({square(10, 2, 4)})).fid();
+    }
+    {
+        // Another program's rule refuses any change to the second plot.
+        GDALAllRegister();
+        std::unique_ptr<GDALDataset> ds(
+            GDALDataset::Open(path.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+        ASSERT_NE(ds, nullptr);
+        ds->ExecuteSQL(QStringLiteral("CREATE TRIGGER non BEFORE UPDATE ON \"Tombes\" WHEN "
+                                      "OLD.fid = %1 BEGIN SELECT RAISE(ABORT, 'refusé'); END")
+                           .arg(b)
+                           .toUtf8()
+                           .constData(),
+                       nullptr, nullptr);
+    }
+    MapView view;
+    view.resize(400, 300);
+    view.map().loadMapSet(path);
+    view.setBounds({0, 0, 40, 30});
+    view.show();
+    Layer& plots = view.map().requireLayer(u"Tombes");
+    plots.setEditable(true);
+    plots.selectOnly(Features(&plots, {a, b}));
+    std::vector<qint32> failures;
+    QObject::connect(&view, &MapView::failed,
+                     [&](const veldra::Erreur& e) { failures.push_back(e.numero()); });
+
+    Mouse(view).drag({3, 3}, {3, 13});
+    EXPECT_EQ(failures, std::vector<qint32>{veldra::err::EcritureImpossible});
+    expectBounds(plots.feature(a).bounds(), {2, 2, 6, 6});
+    expectBounds(plots.feature(b).bounds(), {10, 2, 14, 6});
+    Map reread;
+    reread.loadMapSet(path);
+    expectBounds(reread.requireLayer(u"Tombes").feature(a).bounds(), {2, 2, 6, 6});
 }
 
 TEST(SelectTool, CornerHandlesScaleTheOneSelectedFeature) {

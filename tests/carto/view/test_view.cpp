@@ -5,6 +5,7 @@
 #include "veldra-plan/plan_tool.h"
 #include "view_fixture.h"
 
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -242,9 +243,13 @@ TEST(MapViewLifetime, DestroyingTheViewDuringARenderIsSafe) {
         view->setBounds(view->map().requireLayer(u"Enceinte").bounds());
         view->show();
         view->refresh();
-        QTest::qWait(1);
+        QApplication::processEvents(); // the render starts, or is about to
+        QPointer<MapView> watched(view.get());
+        ASSERT_TRUE(view->isRendering()); // the view goes in the middle of its render
         view.reset();
+        EXPECT_TRUE(watched.isNull());
     }
+    // What the worker would have posted to the dead views is dropped with them.
     QApplication::processEvents();
-    SUCCEED();
+    QApplication::sendPostedEvents();
 }
