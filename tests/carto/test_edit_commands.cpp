@@ -7,10 +7,10 @@
 #include "carto/model/update_access.h"
 #include "carto/storage/map_store.h"
 #include "plan_fixture.h"
+#include "refus_ecriture.h"
 
 #include <QUndoStack>
 #include <cmath>
-#include <gdal_priv.h>
 #include <gtest/gtest.h>
 
 using namespace carto;
@@ -21,26 +21,8 @@ Part square(double x, double y, double side) {
     return {{x, y}, {x + side, y}, {x + side, y + side}, {x, y + side}, {x, y}};
 }
 
-// Runs SQL on the plan through its own connection, as another program would.
-void sql(const QString& path, const QString& statement) {
-    GDALAllRegister();
-    std::unique_ptr<GDALDataset> ds(
-        GDALDataset::Open(path.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
-    ASSERT_NE(ds, nullptr);
-    CPLErrorReset();
-    ds->ExecuteSQL(statement.toUtf8().constData(), nullptr, nullptr);
-    ASSERT_LT(CPLGetLastErrorType(), CE_Failure) << CPLGetLastErrorMsg();
-}
-
-// Storage that refuses one kind of write to one feature of "Tombes", as a full disk or a
-// foreign lock would refuse it halfway through an edit.
 void refuse(const QString& path, const char* what, qint64 fid) {
-    const QString row =
-        QString::fromLatin1(what) == u"INSERT" ? QStringLiteral("NEW") : QStringLiteral("OLD");
-    sql(path, QStringLiteral("CREATE TRIGGER refuse_%1 BEFORE %1 ON \"Tombes\" WHEN %2.fid = %3 "
-                             "BEGIN SELECT RAISE(ABORT, 'écriture refusée'); END")
-                  .arg(QString::fromLatin1(what), row)
-                  .arg(fid));
+    refuseWrites(path, "Tombes", what, fid);
 }
 
 // A plan of five plots side by side, written and closed, then reopened.
@@ -57,6 +39,13 @@ struct Plots {
             Feature f = Feature::region({square(10.0 * i, 0, 4)});
             ids.push_back(plots.addFeature(f).fid());
         }
+    }
+
+    // The plan loaded into `map`, its plots layer returned; `stack` keeps its edits.
+    Layer& open(Map& map, QUndoStack* stack = nullptr) const {
+        map.loadMapSet(path);
+        map.setUndoStack(stack);
+        return map.requireLayer(u"Tombes");
     }
 
     // Where each plot's lower left corner is, in a map read afresh from storage.
@@ -85,8 +74,7 @@ TEST(UpdateBracket, AWriteRefusedHalfwayLeavesStorageAndMemoryAsBefore) {
     Plots p;
     refuse(p.path, "UPDATE", p.ids[3]);
     Map map;
-    map.loadMapSet(p.path);
-    Layer& plots = map.requireLayer(u"Tombes");
+    Layer& plots = p.open(map);
     std::vector<Change> changes;
     QObject::connect(&map, &Map::changed, [&](const Change& c) { changes.push_back(c); });
 
@@ -118,8 +106,7 @@ TEST(UpdateBracket, AGroupFailingAtItsLastStepKeepsNothing) {
     Plots p;
     refuse(p.path, "DELETE", p.ids[4]);
     Map map;
-    map.loadMapSet(p.path);
-    Layer& plots = map.requireLayer(u"Tombes");
+    Layer& plots = p.open(map);
     Layer& labels = map.requireLayer(u"Numeros");
     const qint64 label = labels.addFeature(Feature::textAt({42, 2}, QStringLiteral("5"))).fid();
 
@@ -143,8 +130,7 @@ TEST(UpdateBracket, AnInnerBracketThatFailsUndoesOnlyItsOwnWrites) {
     Plots p;
     refuse(p.path, "UPDATE", p.ids[2]);
     Map map;
-    map.loadMapSet(p.path);
-    Layer& plots = map.requireLayer(u"Tombes");
+    Layer& plots = p.open(map);
     {
         UpdateAccess outer(map);
         map.execute(std::make_unique<MoveFeatures>(plots, std::vector<qint64>{p.ids[0]}, 0, 5));
@@ -163,8 +149,7 @@ TEST(UpdateBracket, AnInnerBracketThatFailsUndoesOnlyItsOwnWrites) {
 TEST(UpdateBracket, LeavingWithoutCommitUndoesEverything) {
     Plots p;
     Map map;
-    map.loadMapSet(p.path);
-    Layer& plots = map.requireLayer(u"Tombes");
+    Layer& plots = p.open(map);
     qint64 added = -1;
     {
         UpdateAccess access(map);
@@ -187,10 +172,8 @@ TEST(UpdateBracket, LeavingWithoutCommitUndoesEverything) {
 TEST(EditCommands, UndoAndRedoGiveBackExactlyWhatWasThere) {
     Plots p;
     Map map;
-    map.loadMapSet(p.path);
-    Layer& plots = map.requireLayer(u"Tombes");
     QUndoStack stack;
-    map.setUndoStack(&stack);
+    Layer& plots = p.open(map, &stack);
 
     Style red;
     red.regionColor = 255;
@@ -230,10 +213,8 @@ TEST(EditCommands, UndoAndRedoGiveBackExactlyWhatWasThere) {
 TEST(EditCommands, AFailedUndoIsReportedAndLeavesTheMapAsItWas) {
     Plots p;
     Map map;
-    map.loadMapSet(p.path);
-    Layer& plots = map.requireLayer(u"Tombes");
     QUndoStack stack;
-    map.setUndoStack(&stack);
+    Layer& plots = p.open(map, &stack);
     map.execute(std::make_unique<MoveFeatures>(plots, p.ids, 0, 10));
     refuse(p.path, "UPDATE", p.ids[2]);
 
@@ -253,10 +234,8 @@ TEST(EditCommands, AFailedUndoIsReportedAndLeavesTheMapAsItWas) {
 TEST(EditCommands, ABracketOpenedAroundCommandsKeepsThemOffTheStack) {
     Plots p;
     Map map;
-    map.loadMapSet(p.path);
-    Layer& plots = map.requireLayer(u"Tombes");
     QUndoStack stack;
-    map.setUndoStack(&stack);
+    Layer& plots = p.open(map, &stack);
     plots.beginAccess(1);
     plots.deleteFeature(p.ids[0]);
     plots.endAccess();

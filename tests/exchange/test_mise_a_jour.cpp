@@ -3,9 +3,9 @@
 #include "exchange/collecte.h"
 #include "exchange_fixture.h"
 #include "recordset/field_spec.h"
+#include "refus_ecriture.h"
 
 #include <cmath>
-#include <gdal_priv.h>
 
 using namespace veldra;
 
@@ -171,22 +171,6 @@ TEST(MAJ, BadRecordSetsGiveClearErrorsAndNeverHalfWriteTheFirstRecord) {
 
 namespace {
 
-// A rule of another program that refuses any change to one plot, from the next write on.
-void refuseLaTombe(const QString& plan, qint64 fid) {
-    GDALAllRegister();
-    std::unique_ptr<GDALDataset> ds(
-        GDALDataset::Open(plan.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
-    ASSERT_NE(ds, nullptr);
-    CPLErrorReset();
-    ds->ExecuteSQL(QStringLiteral("CREATE TRIGGER non BEFORE UPDATE ON \"Tombes\" WHEN "
-                                  "OLD.fid = %1 BEGIN SELECT RAISE(ABORT, 'refusé'); END")
-                       .arg(fid)
-                       .toUtf8()
-                       .constData(),
-                   nullptr, nullptr);
-    ASSERT_LT(CPLGetLastErrorType(), CE_Failure) << CPLGetLastErrorMsg();
-}
-
 QString nomStocke(const QString& plan, qint64 fid) {
     carto::Map relue;
     relue.loadMapSet(plan);
@@ -205,7 +189,7 @@ TEST(MAJ, ARecordThatStorageRefusesIsSkippedWholeAndMemoryKeepsWhatStorageHolds)
         for (const carto::Feature& t : m.requireLayer(u"Tombes").allFeatures())
             fids.push_back(t.fid());
     }
-    refuseLaTombe(plan, fids[2]);
+    refuseWrites(plan, "Tombes", "UPDATE", fids[2]);
     f.ouvre(plan);
     std::vector<QString> avant;
     for (int i = 0; i < 4; ++i)

@@ -85,10 +85,8 @@ DeleteFeatures::DeleteFeatures(Layer& layer, std::vector<qint64> fids, const QSt
 void DeleteFeatures::apply() {
     std::vector<std::shared_ptr<const FeatureData>> removed;
     removed.reserve(fids_.size());
-    for (const qint64 fid : fids_) {
-        removed.push_back(layer_.feature(fid).shared());
-        layer_.storeErase(fid);
-    }
+    for (const qint64 fid : fids_)
+        removed.push_back(layer_.storeErase(fid));
     removed_ = std::move(removed);
 }
 
@@ -112,9 +110,8 @@ void ReplaceFeatures::apply() {
     std::vector<std::shared_ptr<const FeatureData>> before;
     before.reserve(after_.size());
     for (Feature& f : after_) {
-        before.push_back(layer_.feature(f.fid()).shared());
         auto data = layer_.conform(f);
-        layer_.storeReplace(f.fid(), data);
+        before.push_back(layer_.storeReplace(f.fid(), data));
         f = Feature(&layer_, f.fid(), std::move(data));
     }
     before_ = std::move(before);

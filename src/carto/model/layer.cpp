@@ -223,12 +223,20 @@ void Layer::requireBracket() const {
 
 void Layer::putInMemory(qint64 fid, std::shared_ptr<const FeatureData> data) {
     if (const auto it = features_.find(fid); it != features_.end()) {
-        index_.remove(it->second->bounds, fid);
-        prepared_.erase(fid);
+        const FeatureData& old = *it->second;
+        // An attribute or a style changed: the R-tree and the prepared shape still hold.
+        if (old.kind != data->kind || old.parts != data->parts)
+            prepared_.erase(fid);
+        if (!(old.bounds == data->bounds)) {
+            index_.remove(old.bounds, fid);
+            index_.insert(data->bounds, fid);
+        }
+        it->second = std::move(data);
+    } else {
+        index_.insert(data->bounds, fid);
+        features_.put(fid, std::move(data));
+        nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
     }
-    index_.insert(data->bounds, fid);
-    features_.put(fid, std::move(data));
-    nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
     changed();
 }
 
@@ -248,23 +256,26 @@ void Layer::eraseFromMemory(qint64 fid) {
 
 Feature Layer::storeNew(std::shared_ptr<const FeatureData> data, qint64 fid) {
     requireBracket();
+    if (fid >= 0 && hasFeature(fid))
+        throw Erreur(
+            err::EcritureImpossible,
+            QStringLiteral("L'objet %1 existe déjà dans la couche « %2 ».").arg(fid).arg(name_));
     MapStore* store = memory_ ? nullptr : map_->store();
     if (store)
         fid = store->insert(name_, *data, fields_, textField_, fid);
     else if (fid < 0)
         fid = nextMemoryFid_;
-    if (hasFeature(fid))
-        throw Erreur(
-            err::EcritureImpossible,
-            QStringLiteral("L'objet %1 existe déjà dans la couche « %2 ».").arg(fid).arg(name_));
-    map_->journal(*this, fid, nullptr);
+    // What memory held under that FID, normally nothing, is what an undo puts back.
+    const auto held = features_.find(fid);
+    map_->journal(*this, fid, held == features_.end() ? nullptr : held->second);
     const Rect area = data->bounds;
     putInMemory(fid, data);
     map_->noteChange(*this, Change::Added, fid, area);
     return Feature(this, fid, std::move(data));
 }
 
-void Layer::storeReplace(qint64 fid, std::shared_ptr<const FeatureData> data) {
+std::shared_ptr<const FeatureData> Layer::storeReplace(qint64 fid,
+                                                       std::shared_ptr<const FeatureData> data) {
     requireBracket();
     const auto it = features_.find(fid);
     if (it == features_.end())
@@ -273,12 +284,13 @@ void Layer::storeReplace(qint64 fid, std::shared_ptr<const FeatureData> data) {
         map_->store()->update(name_, fid, *data, fields_, textField_);
     std::shared_ptr<const FeatureData> before = it->second;
     const Rect area = before->bounds.united(data->bounds);
-    map_->journal(*this, fid, std::move(before));
+    map_->journal(*this, fid, before);
     putInMemory(fid, std::move(data));
     map_->noteChange(*this, Change::Updated, fid, area);
+    return before;
 }
 
-void Layer::storeErase(qint64 fid) {
+std::shared_ptr<const FeatureData> Layer::storeErase(qint64 fid) {
     requireBracket();
     const auto it = features_.find(fid);
     if (it == features_.end())
@@ -287,9 +299,10 @@ void Layer::storeErase(qint64 fid) {
         map_->store()->remove(name_, fid);
     std::shared_ptr<const FeatureData> before = it->second;
     const Rect area = before->bounds;
-    map_->journal(*this, fid, std::move(before));
+    map_->journal(*this, fid, before);
     eraseFromMemory(fid);
     map_->noteChange(*this, Change::Deleted, fid, area);
+    return before;
 }
 
 void Layer::restore(qint64 fid, const std::shared_ptr<const FeatureData>& before, bool inStorage) {

@@ -174,9 +174,11 @@ private:
 
     // The write primitives of the edit commands, inside an open bracket: storage first,
     // then memory, then the map's journal. fid < 0 in storeNew: storage chooses.
+    // storeReplace and storeErase return what the feature was.
     Feature storeNew(std::shared_ptr<const FeatureData> data, qint64 fid = -1);
-    void storeReplace(qint64 fid, std::shared_ptr<const FeatureData> data);
-    void storeErase(qint64 fid);
+    std::shared_ptr<const FeatureData> storeReplace(qint64 fid,
+                                                    std::shared_ptr<const FeatureData> data);
+    std::shared_ptr<const FeatureData> storeErase(qint64 fid);
     // Puts a feature back as a failed bracket's journal kept it (null: absent), in memory
     // and, with inStorage, in storage too.
     void restore(qint64 fid, const std::shared_ptr<const FeatureData>& before, bool inStorage);

@@ -140,7 +140,19 @@ Layer& Map::addLayer(const LayerInfo& info) {
     return *layers_.back();
 }
 
+namespace {
+
+void refuseInBracket(int depth) {
+    if (depth > 0)
+        throw Erreur(
+            err::AccesIncorrect,
+            QStringLiteral("Une couche ne peut pas être retirée pendant une mise à jour."));
+}
+
+} // namespace
+
 void Map::removeLayer(QStringView name) {
+    refuseInBracket(depth_);
     clearUndoStack();
     std::erase_if(datasets_, [&](const auto& d) { return d->layer().name() == name; });
     std::erase_if(layers_, [&](const auto& l) { return l->name() == name; });
@@ -148,6 +160,7 @@ void Map::removeLayer(QStringView name) {
 }
 
 void Map::removeAllLayers() {
+    refuseInBracket(depth_);
     clearUndoStack();
     datasets_.clear();
     layers_.clear();

@@ -53,6 +53,7 @@ public:
     // A temporary layer from a creation description (type 6); it lives in memory only
     // and is drawn on top.
     Layer& addLayer(const LayerInfo& info);
+    // Erreur (AccesIncorrect) inside an update bracket, whose journal refers to layers.
     void removeLayer(QStringView name);
     void removeAllLayers();
 

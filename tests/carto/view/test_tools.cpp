@@ -2,6 +2,7 @@
 // draw and report. The view shows (0, 0) - (40, 30) at ten pixels per map unit.
 #include "carto/view/tools/tool.h"
 #include "carto/view/tools/tool_factory.h"
+#include "refus_ecriture.h"
 #include "veldra-plan/plan_tool.h"
 #include "view_fixture.h"
 
@@ -10,7 +11,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <cmath>
-#include <gdal_priv.h>
 
 using namespace carto;
 
@@ -71,6 +71,17 @@ private:
     MapView& view_;
     Qt::MouseButtons held_;
 };
+
+// A stored plan shown at the fixture's scale, its plots editable.
+Layer& showStoredPlots(MapView& view, const QString& path) {
+    view.resize(400, 300);
+    view.map().loadMapSet(path);
+    view.setBounds({0, 0, 40, 30});
+    view.show();
+    Layer& plots = view.map().requireLayer(u"Tombes");
+    plots.setEditable(true);
+    return plots;
+}
 
 void pressKey(MapView& view, int key) {
     QKeyEvent e(QEvent::KeyPress, key, Qt::NoModifier);
@@ -267,12 +278,7 @@ TEST(SelectTool, AMoveInAStoredPlanIsOneTransactionAndIsWritten) {
     QTemporaryDir dir;
     const QString path = veldra::plantool::createEmptyPlan(dir.path(), QStringLiteral("Essai"));
     MapView view;
-    view.resize(400, 300);
-    view.map().loadMapSet(path);
-    view.setBounds({0, 0, 40, 30});
-    view.show();
-    Layer& plots = view.map().requireLayer(u"Tombes");
-    plots.setEditable(true);
+    Layer& plots = showStoredPlots(view, path);
     const qint64 a = plots.addFeature(Feature::region({square(2, 2, 4)})).fid();
     const qint64 b = plots.addFeature(Feature::region({square(10, 2, 4)})).fid();
     plots.selectOnly(Features(&plots, {a, b}));
@@ -307,26 +313,9 @@ TEST(SelectTool, ADragThatStorageRefusesHalfwayMovesNothing) {
         a = plots.addFeature(Feature::region({square(2, 2, 4)})).fid();
         b = plots.addFeature(Feature::region({square(10, 2, 4)})).fid();
     }
-    {
-        // Another program's rule refuses any change to the second plot.
-        GDALAllRegister();
-        std::unique_ptr<GDALDataset> ds(
-            GDALDataset::Open(path.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
-        ASSERT_NE(ds, nullptr);
-        ds->ExecuteSQL(QStringLiteral("CREATE TRIGGER non BEFORE UPDATE ON \"Tombes\" WHEN "
-                                      "OLD.fid = %1 BEGIN SELECT RAISE(ABORT, 'refusé'); END")
-                           .arg(b)
-                           .toUtf8()
-                           .constData(),
-                       nullptr, nullptr);
-    }
+    refuseWrites(path, "Tombes", "UPDATE", b); // another program's rule
     MapView view;
-    view.resize(400, 300);
-    view.map().loadMapSet(path);
-    view.setBounds({0, 0, 40, 30});
-    view.show();
-    Layer& plots = view.map().requireLayer(u"Tombes");
-    plots.setEditable(true);
+    Layer& plots = showStoredPlots(view, path);
     plots.selectOnly(Features(&plots, {a, b}));
     std::vector<qint32> failures;
     QObject::connect(&view, &MapView::failed,
