@@ -40,6 +40,7 @@ inline constexpr qint32 EcritureImpossible = 20014;  // storage refused a write
 inline constexpr qint32 AccesIncorrect = 20015;      // unbalanced or bad access bracket
 inline constexpr qint32 ObjetIncompatible = 20016;   // a feature of another layer or kind
 inline constexpr qint32 JeuDeDonneesInconnu = 20017; // no dataset or theme of that name
+inline constexpr qint32 PlanOccupe = 20018;          // another program holds the plan's lock
 // Map views
 inline constexpr qint32 OutilInconnu = 20020;   // no tool of that number, or a bad setting
 inline constexpr qint32 ImageIllisible = 20021; // a cursor or image file that cannot be read

@@ -9,7 +9,6 @@
 #include <QString>
 #include <exception>
 #include <new>
-#include <type_traits>
 #include <utility>
 
 namespace veldra {
@@ -35,17 +34,25 @@ template <typename F> void sousGarde(Contexte& ctx, F&& f) {
     }
 }
 
-// A slot for QObject::connect: f with the signal's arguments when it takes them, without
-// them otherwise, under sousGarde.
-template <typename F> auto garde(Contexte& ctx, F f) {
-    return [&ctx, f = std::move(f)](auto&&... args) mutable -> void {
-        sousGarde(ctx, [&] {
-            if constexpr (std::is_invocable_v<F&, decltype(args)...>)
-                f(std::forward<decltype(args)>(args)...);
-            else
-                f();
-        });
+namespace detail {
+template <typename F, typename R, typename C, typename... A>
+auto gardeAvec(Contexte& ctx, F f, R (C::*)(A...) const) {
+    return [&ctx, f = std::move(f)](A... args) {
+        sousGarde(ctx, [&] { f(std::forward<A>(args)...); });
     };
+}
+template <typename F, typename R, typename C, typename... A>
+auto gardeAvec(Contexte& ctx, F f, R (C::*)(A...)) {
+    return [&ctx, f = std::move(f)](A... args) mutable {
+        sousGarde(ctx, [&] { f(std::forward<A>(args)...); });
+    };
+}
+} // namespace detail
+
+// A slot for QObject::connect: f, with the very parameters it declares (so that Qt matches
+// it to the signal as it would match f), run under sousGarde.
+template <typename F> auto garde(Contexte& ctx, F f) {
+    return detail::gardeAvec(ctx, std::move(f), &F::operator());
 }
 
 } // namespace veldra

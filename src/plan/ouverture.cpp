@@ -39,6 +39,12 @@ public:
 
     void charge(const QString& chemin) {
         ctx_.carte().loadMapSet(chemin, carto::MapSetOptions{QStringLiteral("Texte")});
+        // Features whose coordinates cannot be read stay out of the plan, and are said so.
+        if (const int n = ctx_.carte().unreadableCount(); n > 0)
+            ctx_.prompter().message(n == 1 ? QStringLiteral("1 élément illisible a été ignoré")
+                                           : QStringLiteral("%1 éléments illisibles ont été "
+                                                            "ignorés")
+                                                 .arg(n));
         // The previous plan's layers are gone with it.
         for (carto::Layer** l : {&v_.Calque_Tombe, &v_.Calque_Decor, &v_.Calque_Numero,
                                  &v_.Calque_Texte, &v_.Calque_Sections, &v_.Calque_Allees,

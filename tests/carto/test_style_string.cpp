@@ -103,3 +103,31 @@ TEST(StyleString, ColoursAndNumbersAreWrittenAsOtherToolsReadThem) {
     EXPECT_TRUE(flagged.contains(",bo:1,un:1,o:#00FFFF")) << flagged.constData();
     EXPECT_FALSE(flagged.contains(",b:")) << flagged.constData();
 }
+
+// A size read back is the size written, however often the plan is saved: OGR's unit
+// conversion alone would shave a thousandth off 535 points at every round.
+TEST(StyleString, SizesSurviveEverySaveExactly) {
+    for (const double size : {535.0, 12.0, 35.0, 0.01, 1234.567, 300.0}) {
+        Style s;
+        s.textSize = size;
+        s.symbolSize = size;
+        for (const FeatureKind kind : {FeatureKind::Text, FeatureKind::Symbol}) {
+            Style now = s;
+            for (int round = 0; round < 5; ++round)
+                now = parseStyleString(styleString(kind, now, QStringLiteral("x"))).style;
+            EXPECT_EQ(kind == FeatureKind::Text ? now.textSize : now.symbolSize, size) << size;
+        }
+    }
+    // Sizes in other units still come through OGR's conversion: 12 points are 12 points.
+    EXPECT_NEAR(parseStyleString("LABEL(f:\"Arial\",s:12pt,t:\"a\")").style.textSize, 12, 0.01);
+}
+
+TEST(StyleString, NamesAndTextsHoldingTheSyntaxComeBackAsTheyWere) {
+    Style t;
+    t.textFont = QStringLiteral("Police \\ (spéciale), s:1g");
+    const QString text = QStringLiteral("C:\\chemin\\ \"cité\", s:9g\\");
+    const ParsedStyle back = parseStyleString(styleString(FeatureKind::Text, t, text));
+    EXPECT_EQ(back.style.textFont, t.textFont);
+    EXPECT_EQ(back.literalText, text);
+    EXPECT_EQ(back.style.textSize, t.textSize); // not the "s:9g" inside the text
+}

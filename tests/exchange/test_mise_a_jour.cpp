@@ -226,3 +226,116 @@ TEST(MAJ, ARecordThatStorageRefusesIsSkippedWholeAndMemoryKeepsWhatStorageHolds)
         EXPECT_EQ(nomStocke(plan, fids[size_t(i)]), nom(i)) << i;
     }
 }
+
+namespace {
+
+// A host's own record set: the key column of whatever type it chose.
+RecordsetPtr avecCle(recordset::DataType type) {
+    auto rs = std::make_shared<recordset::Recordset>();
+    rs->appendField(QStringLiteral("IdMapInfo"), recordset::DataType::Double);
+    rs->appendField(QStringLiteral("IdGCF"), type, 32);
+    rs->appendField(QStringLiteral("Nom"), recordset::DataType::VarWChar, 32);
+    rs->appendField(QStringLiteral("Longueur"), recordset::DataType::Double);
+    rs->appendField(QStringLiteral("Largeur"), recordset::DataType::Double);
+    rs->open();
+    return rs;
+}
+
+void ajouteCle(recordset::Recordset& rs, const carto::Feature& t, const QVariant& cle,
+               const QString& nom) {
+    const carto::Part& r = t.parts().front();
+    const double d1 = DistancePoints(r[1], r[0]), d2 = DistancePoints(r[2], r[1]);
+    rs.addNew();
+    rs.setValue(u"IdMapInfo", double(t.fid()));
+    rs.setValue(u"IdGCF", cle);
+    rs.setValue(u"Nom", nom);
+    rs.setValue(u"Longueur", tronque5(std::max(d1, d2)));
+    rs.setValue(u"Largeur", tronque5(std::min(d1, d2)));
+    rs.update();
+}
+
+struct Cle {
+    recordset::DataType type;
+    QVariant valeur;
+};
+
+const Cle kClesIntenables[] = {
+    {recordset::DataType::Double, 3e9},   {recordset::DataType::Double, 1e15},
+    {recordset::DataType::Double, -3e9},  {recordset::DataType::Double, std::nan("")},
+    {recordset::DataType::Double, 1.5},   {recordset::DataType::VarWChar, QStringLiteral("abc")},
+    {recordset::DataType::Boolean, true},
+};
+
+} // namespace
+
+TEST(MAJ, AKeyThePlanCannotHoldIsRefusedNamingTheRecordAndNothingOfItIsWritten) {
+    MajFixture f;
+    const carto::Feature t = f.rectangle({{0, 0}, {3, 0}, {3, 2}, {0, 2}});
+    const QString plan = f.c->surface().Map1->map().mapSet();
+    for (const Cle& cle : kClesIntenables) {
+        RecordsetPtr rs = avecCle(cle.type);
+        ajouteCle(*rs, t, cle.valeur, QStringLiteral("Ne doit pas rester"));
+        QString type = QStringLiteral("U");
+        try {
+            f.c->MAJ(rs, type);
+            ADD_FAILURE() << "accepted " << cle.valeur.toString().toStdString();
+        } catch (const Erreur& e) {
+            EXPECT_EQ(e.numero(), err::TypeIncompatible);
+            EXPECT_TRUE(e.description().contains(QStringLiteral("L'objet %1").arg(t.fid())))
+                << e.description().toStdString();
+        }
+        EXPECT_TRUE(f.relu(t.fid()).attribute(u"IDGCF").isNull());
+        EXPECT_TRUE(f.relu(t.fid()).attribute(u"Nom").toString().isEmpty());
+        EXPECT_EQ(nomStocke(plan, t.fid()), QString());
+    }
+
+    // Past the first record, such a record is skipped and the others are written.
+    const carto::Feature u = f.rectangle({{10, 0}, {12, 0}, {12, 1}, {10, 1}});
+    const carto::Feature w = f.rectangle({{20, 0}, {22, 0}, {22, 1}, {20, 1}});
+    RecordsetPtr rs = avecCle(recordset::DataType::Double);
+    ajouteCle(*rs, u, 7, QStringLiteral("Premier"));
+    ajouteCle(*rs, t, 3e9, QStringLiteral("Intenable"));
+    ajouteCle(*rs, w, 9, QStringLiteral("Dernier"));
+    QString type = QStringLiteral("U");
+    f.c->MAJ(rs, type);
+    EXPECT_EQ(f.relu(u.fid()).attribute(u"IDGCF"), QVariant(7));
+    EXPECT_EQ(f.relu(w.fid()).attribute(u"IDGCF"), QVariant(9));
+    EXPECT_TRUE(f.relu(t.fid()).attribute(u"IDGCF").isNull());
+    EXPECT_EQ(nomStocke(plan, t.fid()), QString());
+    EXPECT_EQ(nomStocke(plan, w.fid()), QStringLiteral("Dernier"));
+}
+
+TEST(MAJ, ALongNameIsCutToItsColumnAndThePlanStillSynchronises) {
+    MajFixture f;
+    const carto::Feature t = f.rectangle({{0, 0}, {3, 0}, {3, 2}, {0, 2}});
+    // A host's record set whose name column is wider than the plan's.
+    auto large = std::make_shared<recordset::Recordset>();
+    large->appendField(QStringLiteral("IdMapInfo"), recordset::DataType::Double);
+    large->appendField(QStringLiteral("IdGCF"), recordset::DataType::Double);
+    large->appendField(QStringLiteral("Nom"), recordset::DataType::VarWChar, 20000);
+    large->appendField(QStringLiteral("Longueur"), recordset::DataType::Double);
+    large->appendField(QStringLiteral("Largeur"), recordset::DataType::Double);
+    large->open();
+    ajouteCle(*large, t, 5, QString(10000, u'L'));
+    f.maj(large);
+    EXPECT_EQ(f.relu(t.fid()).attribute(u"Nom").toString(), QString(32, u'L'));
+    EXPECT_EQ(nomStocke(f.c->surface().Map1->map().mapSet(), t.fid()), QString(32, u'L'));
+    EXPECT_NE(f.getInfo(QStringLiteral("C")), nullptr);
+}
+
+TEST(MAJ, ARedrawThatWouldLeaveNoAreaIsRefusedAndThePlotKeptAsItWas) {
+    MajFixture f;
+    // The first corner clicked twice: the first side has no direction to redraw along.
+    const carto::Feature double1 = f.rectangle({{0, 0}, {0, 0}, {3, 0}, {3, 2}, {0, 2}});
+    const carto::Feature petit = f.rectangle({{10, 0}, {13, 0}, {13, 2}, {10, 2}});
+    for (const auto& [t, longueur, largeur] :
+         {std::tuple{double1, 4.0, 2.5}, std::tuple{petit, 1e-20, 1e-20}}) {
+        const carto::Part avant = f.relu(t.fid()).parts().front();
+        RecordsetPtr rs = enregistrements();
+        ajoute(*rs, t.fid(), 3, QStringLiteral("Réduit"), longueur, largeur);
+        QString type = QStringLiteral("U");
+        EXPECT_THROW(f.c->MAJ(rs, type), Erreur);
+        EXPECT_EQ(f.relu(t.fid()).parts().front(), avant);
+        EXPECT_TRUE(f.relu(t.fid()).attribute(u"IDGCF").isNull());
+    }
+}

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QSignalSpy>
 #include <QTest>
+#include <cmath>
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
 
@@ -190,6 +191,45 @@ TEST(Ouverture, BadPlansAreReportedAndLeaveAWorkingControl) {
     f.ouvre(f.plan(20));
     EXPECT_EQ(f.erreursOuverture(), 0);
     EXPECT_EQ(f.c->Calque_Tombe->featureCount(), 20);
+}
+
+// Plots whose coordinates cannot be read: left out, counted, said once.
+TEST(Ouverture, UnreadableFeaturesAreLeftOutAndSaidOnce) {
+    ControleFixture f;
+    const QString plan = f.plan(20);
+    {
+        GDALAllRegister();
+        GDALDatasetUniquePtr ds(
+            GDALDataset::Open(plan.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+        ASSERT_TRUE(ds);
+        OGRLayer* tombes = ds->GetLayerByName("Tombes");
+        for (const double bad : {std::nan(""), HUGE_VAL, 1e300}) {
+            OGRFeature t(tombes->GetLayerDefn());
+            OGRPolygon poly;
+            OGRLinearRing ring;
+            for (const auto& [x, y] : {std::pair{0.0, 0.0}, std::pair{bad, 0.0},
+                                       std::pair{3.0, 2.0}, std::pair{0.0, 0.0}})
+                ring.addPoint(x, y);
+            poly.addRing(&ring);
+            t.SetGeometry(&poly);
+            ASSERT_EQ(tombes->CreateFeature(&t), OGRERR_NONE);
+        }
+    }
+    f.ouvre(plan);
+    int dits = 0;
+    for (const Message& m : f.messages)
+        dits += m.texte == QStringLiteral("3 éléments illisibles ont été ignorés") ? 1 : 0;
+    EXPECT_EQ(dits, 1);
+    EXPECT_EQ(f.erreursOuverture(), 0);
+    EXPECT_EQ(f.c->Calque_Tombe->featureCount(), 20);
+    QString type = QStringLiteral("C"), p1, p2, m;
+    bool jauge = false;
+    RecordsetPtr rs = f.c->GetInfo(type, p1, p2, jauge, m);
+    ASSERT_NE(rs, nullptr);
+    EXPECT_EQ(rs->recordCount(), 20);
+    for (rs->moveFirst(); !rs->eof(); rs->moveNext())
+        for (const char* col : {"Aire", "Longueur", "Largeur"})
+            EXPECT_TRUE(std::isfinite(rs->value(QString::fromLatin1(col)).toDouble()));
 }
 
 TEST(Ouverture, ARasterLayerIsRecognisedInAnyCase) {

@@ -422,6 +422,16 @@ Point Geometry::centroid() const {
     return p;
 }
 
+Point Geometry::interiorPoint() const {
+    if (isEmpty())
+        refuse(QStringLiteral("Une géométrie vide n'a pas de point intérieur."));
+    const GeomPtr p = checked(GEOSPointOnSurface_r(geos(), g_.get()), "GEOSPointOnSurface");
+    double x = 0, y = 0;
+    if (!GEOSGeomGetX_r(geos(), p.get(), &x) || !GEOSGeomGetY_r(geos(), p.get(), &y))
+        throwGeosError("GEOSGeomGetX");
+    return {x, y};
+}
+
 int Geometry::numParts() const {
     if (isEmpty())
         return 0;

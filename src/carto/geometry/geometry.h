@@ -70,6 +70,8 @@ public:
     double length() const;  // perimeter of polygons, length of lines
     Rect bounds() const;    // null for an empty geometry
     Point centroid() const; // Erreur for an empty geometry
+    // A point inside the geometry (on it, for lines and points); Erreur when empty.
+    Point interiorPoint() const;
     // Polygons of a (multi)polygon, lines of a (multi)line, points, members of a
     // collection; 0 when empty.
     int numParts() const;

@@ -110,7 +110,7 @@ void ReplaceFeatures::apply() {
     std::vector<std::shared_ptr<const FeatureData>> before;
     before.reserve(after_.size());
     for (Feature& f : after_) {
-        auto data = layer_.conform(f);
+        auto data = layer_.conform(f, &layer_.feature(f.fid()).data());
         before.push_back(layer_.storeReplace(f.fid(), data));
         f = Feature(&layer_, f.fid(), std::move(data));
     }

@@ -190,7 +190,9 @@ void Feature::setParts(Parts parts) {
 namespace {
 
 // Twice the signed area of a ring and its centroid, by the shoelace formulas: a plot is a
-// single ring, and these cost far less than building a GEOS geometry for it.
+// single ring, and these cost far less than building a GEOS geometry for it. Computed
+// from the ring's first point, so that a plot of a few metres keeps its precision however
+// far from the grid's origin it lies (products of coordinates near 1e9 would lose it).
 struct RingMeasure {
     double twiceArea = 0;
     Point centre;
@@ -198,19 +200,45 @@ struct RingMeasure {
 
 RingMeasure measureRing(const Part& r) {
     RingMeasure a;
+    if (r.empty())
+        return a;
+    const Point o = r.front();
     double cx = 0, cy = 0;
     const size_t n = r.size();
     for (size_t i = 0; i < n; ++i) {
-        const Point& p = r[i];
-        const Point& q = r[(i + 1) % n];
+        const Point p{r[i].x - o.x, r[i].y - o.y};
+        const Point q{r[(i + 1) % n].x - o.x, r[(i + 1) % n].y - o.y};
         const double c = p.x * q.y - q.x * p.y;
         a.twiceArea += c;
         cx += (p.x + q.x) * c;
         cy += (p.y + q.y) * c;
     }
     if (a.twiceArea != 0)
-        a.centre = {cx / (3 * a.twiceArea), cy / (3 * a.twiceArea)};
+        a.centre = {o.x + cx / (3 * a.twiceArea), o.y + cy / (3 * a.twiceArea)};
     return a;
+}
+
+// A region of several rings measured by GEOS, moved first to the corner of its bounds for
+// the same precision.
+struct RegionMeasure {
+    double area = 0;
+    Point centre;
+};
+
+RegionMeasure measureRegion(const FeatureData& d) {
+    const Point o{d.bounds.xmin, d.bounds.ymin};
+    Parts local = d.parts;
+    for (Part& ring : local)
+        for (Point& p : ring)
+            p = {p.x - o.x, p.y - o.y};
+    const Geometry g = regionGeometry(local);
+    RegionMeasure m;
+    m.area = g.area();
+    if (!g.isEmpty()) {
+        const Point c = g.centroid();
+        m.centre = {o.x + c.x, o.y + c.y};
+    }
+    return m;
 }
 
 } // namespace
@@ -224,8 +252,9 @@ Point Feature::centre() const {
         if (simple.twiceArea != 0)
             return simple.centre;
     }
-    if (d.kind == FeatureKind::Region && !d.parts.empty())
-        return geometry().centroid();
+    if (d.kind == FeatureKind::Region && !d.parts.empty() && d.parts.size() > 1)
+        if (const RegionMeasure m = measureRegion(d); m.area > 0)
+            return m.centre;
     return d.bounds.isNull() ? Point{} : d.bounds.center();
 }
 
@@ -238,7 +267,7 @@ double Feature::area() const {
         return 0.0;
     if (parts().size() == 1)
         return std::fabs(measureRing(parts().front()).twiceArea) / 2;
-    return geometry().area();
+    return measureRegion(data()).area;
 }
 
 double Feature::length() const {

@@ -1,6 +1,7 @@
 #include "layer.h"
 
 #include "base/erreur.h"
+#include "carto/model/conform.h"
 #include "carto/model/edit_commands.h"
 #include "carto/model/map.h"
 #include "carto/storage/map_store.h"
@@ -156,16 +157,9 @@ void Layer::endAccess() {
         map_->closeBracket(mark, true);
 }
 
-std::shared_ptr<const FeatureData> Layer::conform(const Feature& f) const {
+std::shared_ptr<const FeatureData> Layer::conform(const Feature& f,
+                                                  const FeatureData* replaced) const {
     const FeatureData& src = f.data();
-    if (src.kind == FeatureKind::Region || src.kind == FeatureKind::Line) {
-        if (src.parts.empty())
-            throw Erreur(err::GeometrieInvalide,
-                         QStringLiteral("Un objet sans géométrie ne peut pas être enregistré."));
-    } else if (src.parts.empty() || src.parts[0].empty()) {
-        throw Erreur(err::GeometrieInvalide,
-                     QStringLiteral("Un objet sans position ne peut pas être enregistré."));
-    }
     auto data = std::make_shared<FeatureData>(src);
     if (!data->style)
         data->style = std::make_shared<const Style>(map_->defaultStyle);
@@ -180,6 +174,24 @@ std::shared_ptr<const FeatureData> Layer::conform(const Feature& f) const {
     } else {
         data->attributes.resize(fields_.size());
     }
+    try {
+        for (size_t i = 0; i < fields_.size(); ++i)
+            data->attributes[i] = columnValue(fields_[i], data->attributes[i]);
+        if (const qsizetype t = fieldIndex(textField_); t >= 0 && data->kind == FeatureKind::Text) {
+            // The text lives in its column: as wide as it, and the column says the same.
+            data->text = cutToWidth(data->text, fields_[size_t(t)].width);
+            data->attributes[size_t(t)] = data->text;
+        }
+        settleShape(*data,
+                    !replaced || replaced->kind != data->kind || replaced->parts != data->parts);
+    } catch (const Erreur& e) {
+        const QString record =
+            replaced ? QStringLiteral("L'objet %1 de la couche « %2 »").arg(f.fid()).arg(name_)
+                     : QStringLiteral("Un nouvel objet de la couche « %1 »").arg(name_);
+        throw Erreur(e.numero(), record + QStringLiteral(" : ") + e.description());
+    }
+    if (const Style stored = storedStyle(*data->style); !(stored == *data->style))
+        data->style = std::make_shared<const Style>(stored);
     refreshDerived(*data);
     return data;
 }
@@ -400,7 +412,7 @@ Features Layer::search(QStringView condition) const {
 
 bool Layer::isNumeric(qsizetype column) const {
     const FieldType t = fields_[size_t(column)].type;
-    return t == FieldType::Integer || t == FieldType::Real;
+    return t == FieldType::Integer || t == FieldType::Integer64 || t == FieldType::Real;
 }
 
 Features Layer::searchEqual(QStringView column, const QVariant& value) const {

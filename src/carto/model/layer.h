@@ -161,10 +161,13 @@ public:
     // Storage side: load without writing through.
     void loadFeatures(std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>> rows);
 
-    // What a stored copy of the feature holds in this layer: its attributes matched to
-    // this layer's columns by name, the map's default style when it has none, its derived
-    // parts computed. Erreur for a feature without geometry or position.
-    std::shared_ptr<const FeatureData> conform(const Feature& f) const;
+    // What a stored copy of the feature holds in this layer, as conform.h settles it: its
+    // attributes matched to this layer's columns by name and made what the columns hold,
+    // the map's default style when it has none, its shape checked and settled, its
+    // derived parts computed. `replaced` is the feature it replaces, if any: a geometry
+    // taken over unchanged is not checked again. Erreur naming the feature and the reason.
+    std::shared_ptr<const FeatureData> conform(const Feature& f,
+                                               const FeatureData* replaced = nullptr) const;
 
 private:
     friend class Map;

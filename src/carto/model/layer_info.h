@@ -12,12 +12,13 @@
 
 namespace carto {
 
-enum class FieldType { Text, Integer, Real, Date };
+// Integer holds 32 bits, Integer64 64 bits.
+enum class FieldType { Text, Integer, Real, Date, Integer64 };
 
 struct FieldDef {
     QString name;
     FieldType type = FieldType::Text;
-    int width = 0; // characters, for text
+    int width = 0; // characters, for text; 0 for no limit
 };
 
 using FieldList = std::vector<FieldDef>;

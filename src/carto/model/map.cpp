@@ -37,6 +37,7 @@ void Map::loadMapSet(const QString& pathOrConnection, const MapSetOptions& optio
                      QStringLiteral("Un plan ne peut pas être chargé pendant une mise à jour."));
     auto store = MapStore::open(pathOrConnection);
     std::vector<std::unique_ptr<Layer>> layers;
+    int unreadable = 0;
     for (const MapStore::LayerEntry& entry : store->layers()) {
         if (!entry.rasterSource.isEmpty()) {
             auto raster = std::make_unique<Layer>(this, entry.name, FieldList{}, true);
@@ -48,6 +49,7 @@ void Map::loadMapSet(const QString& pathOrConnection, const MapSetOptions& optio
         const FieldList fields = store->fields(entry.name);
         auto layer = std::make_unique<Layer>(this, entry.name, fields, false);
         MapStore::Read read = store->readFeatures(entry.name, fields, options.textColumn);
+        unreadable += read.unreadable;
         layer->textField_ = read.textField;
         layer->loadFeatures(std::move(read.rows));
         layers.push_back(std::move(layer));
@@ -57,6 +59,7 @@ void Map::loadMapSet(const QString& pathOrConnection, const MapSetOptions& optio
     layers_ = std::move(layers);
     store_ = std::move(store);
     options_ = options;
+    unreadable_ = unreadable;
 #ifdef __GLIBC__
     // Reading freed as much as it kept (OGR features, the previous map set); hand those
     // pages back so a large plan costs what it holds.
@@ -132,7 +135,7 @@ Layer& Map::addLayer(const LayerInfo& info) {
         MapStore::Rows rows;
         qint64 fid = 0;
         for (const Feature& f : *source)
-            rows.emplace_back(++fid, layer->conform(f));
+            rows.emplace_back(++fid, layer->conform(f, &f.data())); // copied as they are
         layer->loadFeatures(std::move(rows));
     }
     layers_.push_back(std::move(layer));

@@ -43,6 +43,9 @@ public:
     void loadMapSet(const QString& pathOrConnection, const MapSetOptions& options = {});
     QString mapSet() const;
     MapStore* store() const { return store_.get(); }
+    // How many features the last load left out because their coordinates could not be
+    // read (NaN, infinite, or beyond kCoordinateLimit): they stay in storage, untouched.
+    int unreadableCount() const { return unreadable_; }
 
     int layerCount() const { return int(layers_.size()); }
     Layer* layerAt(int index) const;      // 0-based, drawing order; Erreur out of range
@@ -113,6 +116,7 @@ private:
     std::vector<std::unique_ptr<Layer>> layers_;
     std::vector<std::unique_ptr<Dataset>> datasets_;
     MapSetOptions options_;
+    int unreadable_ = 0;
 
     int depth_ = 0;
     bool poisoned_ = false; // an inner bracket could not undo its writes

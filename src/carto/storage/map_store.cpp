@@ -2,6 +2,8 @@
 
 #include "base/erreur.h"
 #include "carto/geometry/geometry.h"
+#include "carto/geometry/rings.h"
+#include "carto/model/conform.h"
 #include "carto/storage/gdal_handles.h"
 #include "carto/storage/style_string.h"
 
@@ -33,7 +35,20 @@ QString lastGdalError() {
                  QStringLiteral("Impossible d'ouvrir le plan « %1 » : %2").arg(source, why));
 }
 
-[[noreturn]] void writeFailed(const QString& layer, const QString& why) {
+// How long a statement waits for another program's lock on the plan before giving up.
+// GDAL may wait four times for one feature, so the clerk hears of it within 2 s.
+constexpr const char* kBusyTimeout = "PRAGMA busy_timeout = 400";
+
+bool lockedByAnother(const QString& why) {
+    return why.contains(QLatin1String("database is locked")) ||
+           why.contains(QLatin1String("database table is locked"));
+}
+
+[[noreturn]] void writeFailed(const QString& layer, const QString& why, bool locked) {
+    if (locked || lockedByAnother(why))
+        throw Erreur(err::PlanOccupe,
+                     QStringLiteral("Le plan est utilisé par un autre programme : rien n'a été "
+                                    "modifié. Réessayez quand il l'aura libéré."));
     throw Erreur(err::EcritureImpossible,
                  QStringLiteral("Écriture impossible dans la couche « %1 » : %2").arg(layer, why));
 }
@@ -41,8 +56,9 @@ QString lastGdalError() {
 FieldType typeOf(OGRFieldType t) {
     switch (t) {
     case OFTInteger:
-    case OFTInteger64:
         return FieldType::Integer;
+    case OFTInteger64:
+        return FieldType::Integer64;
     case OFTReal:
         return FieldType::Real;
     case OFTDate:
@@ -134,17 +150,21 @@ std::unique_ptr<OGRGeometry> ogrGeometry(const FeatureData& d) {
     case FeatureKind::Region:
         break;
     }
-    if (d.parts.size() == 1) {
+    // Each polygon's shell, then its holes, ring by ring as memory holds them: what is
+    // read back is what was written.
+    const auto polygonOf = [&](const std::vector<std::size_t>& group) {
         auto poly = std::make_unique<OGRPolygon>();
-        poly->addRingDirectly(ringOf(d.parts[0]).release());
+        for (const std::size_t i : group)
+            poly->addRingDirectly(ringOf(d.parts[i]).release());
         return poly;
-    }
-    // Several rings: which are holes is decided by the geometry engine.
-    const QByteArray wkt = regionGeometry(d.parts).toWkt(15).toUtf8();
-    OGRGeometry* g = nullptr;
-    if (OGRGeometryFactory::createFromWkt(wkt.constData(), nullptr, &g) != OGRERR_NONE)
-        throw Erreur(err::GeometrieInvalide, QStringLiteral("Géométrie impossible à écrire."));
-    return std::unique_ptr<OGRGeometry>(g);
+    };
+    const std::vector<std::vector<std::size_t>> groups = polygonsOf(d.parts);
+    if (groups.size() == 1)
+        return polygonOf(groups.front());
+    auto multi = std::make_unique<OGRMultiPolygon>();
+    for (const auto& group : groups)
+        multi->addGeometryDirectly(polygonOf(group).release());
+    return multi;
 }
 
 QVariant readField(const OGRFeature& f, int i, OGRFieldType type) {
@@ -176,6 +196,7 @@ void writeField(OGRFeature& f, int i, FieldType type, const QVariant& v) {
     }
     switch (type) {
     case FieldType::Integer:
+    case FieldType::Integer64:
         f.SetField(i, GIntBig(v.toLongLong()));
         break;
     case FieldType::Real:
@@ -215,6 +236,8 @@ std::unique_ptr<MapStore> MapStore::open(const QString& pathOrConnection) {
                           nullptr, nullptr, nullptr));
     if (!ds)
         unreadable(pathOrConnection, lastGdalError());
+    if (isFile) // GDAL sets its own wait when it opens the file; ours is shorter
+        gdal::executeSql(*ds, kBusyTimeout);
     std::unique_ptr<MapStore> store(new MapStore(pathOrConnection, std::move(ds)));
     GDALDataset& d = *store->ds_;
 
@@ -252,6 +275,7 @@ OGRLayer* MapStore::ogrLayer(const QString& name) const {
 }
 
 FieldList MapStore::fields(const QString& layer) const {
+    const gdal::QuietErrors quiet;
     FieldList out;
     const OGRFeatureDefn* defn = ogrLayer(layer)->GetLayerDefn();
     for (int i = 0; i < defn->GetFieldCount(); ++i) {
@@ -296,6 +320,10 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
         auto data = std::make_shared<FeatureData>();
         if (const OGRGeometry* g = f->GetGeometryRef())
             readGeometry(*g, data->kind, data->parts);
+        if (!readableParts(data->parts)) {
+            ++read.unreadable; // NaN, infinite or absurd coordinates: never handed on
+            continue;
+        }
         const QByteArray styleText =
             styleIndex >= 0 && f->IsFieldSetAndNotNull(styleIndex)
                 ? QByteArray(f->GetFieldAsString(styleIndex))
@@ -362,7 +390,7 @@ qint64 MapStore::writeFeature(const QString& name, qint64 fid, const FeatureData
                        .constData());
     const OGRErr e = create ? layer->CreateFeature(&f) : layer->SetFeature(&f);
     if (e != OGRERR_NONE)
-        writeFailed(name, lastGdalError());
+        failWrite(name);
     return f.GetFID();
 }
 
@@ -379,7 +407,25 @@ void MapStore::update(const QString& layer, qint64 fid, const FeatureData& data,
 void MapStore::remove(const QString& name, qint64 fid) {
     const gdal::QuietErrors quiet;
     if (ogrLayer(name)->DeleteFeature(fid) != OGRERR_NONE)
-        writeFailed(name, lastGdalError());
+        failWrite(name);
+}
+
+bool MapStore::locked() const {
+    // GDAL does not always say why a statement failed: ask the file with a read of its own.
+    if (!source_.endsWith(QLatin1String(".gpkg"), Qt::CaseInsensitive) &&
+        !QFileInfo(source_).isFile())
+        return false;
+    gdal::executeSql(*ds_, "PRAGMA busy_timeout = 0"); // the answer at once
+    CPLErrorReset();
+    gdal::executeSql(*ds_, "SELECT COUNT(*) FROM sqlite_master");
+    const bool held = lockedByAnother(QString::fromUtf8(CPLGetLastErrorMsg()));
+    gdal::executeSql(*ds_, kBusyTimeout);
+    return held;
+}
+
+void MapStore::failWrite(const QString& layer) const {
+    const QString why = lastGdalError();
+    writeFailed(layer, why, lockedByAnother(why) || locked());
 }
 
 void MapStore::begin() {
@@ -387,7 +433,7 @@ void MapStore::begin() {
         const gdal::QuietErrors quiet;
         if (ds_->StartTransaction(FALSE) != OGRERR_NONE) {
             depth_ = 0;
-            writeFailed(source_, lastGdalError());
+            failWrite(source_);
         }
     }
 }
@@ -400,7 +446,7 @@ void MapStore::commit() {
         if (ds_->CommitTransaction() != OGRERR_NONE) {
             const QString why = lastGdalError();
             ds_->RollbackTransaction(); // nothing of the transaction is kept
-            writeFailed(source_, why);
+            writeFailed(source_, why, lockedByAnother(why) || locked());
         }
     }
 }

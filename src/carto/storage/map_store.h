@@ -36,6 +36,8 @@ public:
         // The column the text features' styles refer to ({column}), else the default
         // text column when the layer has it; empty when neither.
         QString textField;
+        // Features left out because their coordinates cannot be read (conform.h).
+        int unreadable = 0;
     };
 
     // Erreur (PlanIllisible) for a missing, foreign or damaged source.
@@ -69,6 +71,9 @@ public:
 private:
     MapStore(QString source, std::unique_ptr<GDALDataset, DatasetCloser> ds);
     OGRLayer* ogrLayer(const QString& name) const;
+    // True when another program holds the plan's lock; a write that failed says why.
+    bool locked() const;
+    [[noreturn]] void failWrite(const QString& layer) const;
     qint64 writeFeature(const QString& layer, qint64 fid, const FeatureData& data,
                         const FieldList& fields, const QString& textField, bool create);
 

@@ -1,5 +1,8 @@
 #include "style_string.h"
 
+#include "carto/storage/gdal_handles.h"
+
+#include <QRegularExpression>
 #include <QStringList>
 #include <cmath>
 #include <memory>
@@ -39,6 +42,21 @@ double roundedSize(double d) {
     return std::round(d * 1000.0) / 1000.0;
 }
 
+// The size of a SYMBOL or LABEL in points. Given in ground units ("s:5.35g"), as this
+// writer writes it, it is read from the text itself: s points are s / 100 metres, exactly,
+// where OGR's conversion would shave a little off at every save. Other units go through
+// OGR's conversion.
+double sizeInPoints(const QByteArray& toolText, double converted) {
+    static const QRegularExpression strings(QStringLiteral(R"("(?:[^"\\]|\\.)*")"));
+    static const QRegularExpression ground(QStringLiteral("(?:^|[(,])s:([-+0-9.eE]+)g(?=[,)])"));
+    // Quoted names and texts may hold anything, "s:1g" included: they are left out.
+    const QString bare = QString::fromUtf8(toolText).replace(strings, QStringLiteral("\"\""));
+    const QRegularExpressionMatch m = ground.match(bare);
+    bool ok = false;
+    const double metres = m.hasMatch() ? m.captured(1).toDouble(&ok) : 0;
+    return ok ? roundedSize(metres * 100) : roundedSize(converted);
+}
+
 // The numbers of the ids "<prefix>N" in an id list such as "veldra-brush-14,ogr-brush-4".
 int idNumber(const char* ids, const char* prefix) {
     if (!ids)
@@ -74,8 +92,11 @@ QByteArray idsFor(int code, const char* own, const char* ogr, const int* table, 
     return "\"" + ids + "\"";
 }
 
+// A quoted string of the style syntax: backslashes and quotes escaped, so that a name or
+// a text ending in a backslash cannot swallow its closing quote.
 QByteArray quoted(const QString& s) {
     QString escaped = s;
+    escaped.replace(u'\\', QStringLiteral("\\\\"));
     escaped.replace(u'"', QStringLiteral("\\\""));
     return "\"" + escaped.toUtf8() + "\"";
 }
@@ -93,6 +114,7 @@ ParsedStyle parseStyleString(const QByteArray& ogrStyle) {
     ParsedStyle out;
     if (ogrStyle.trimmed().isEmpty())
         return out;
+    const gdal::QuietErrors quiet; // a foreign string OGR cannot read gives the defaults
     OGRStyleMgr mgr;
     if (!mgr.InitStyleString(ogrStyle.constData()))
         return out;
@@ -103,6 +125,7 @@ ParsedStyle parseStyleString(const QByteArray& ogrStyle) {
         const std::unique_ptr<OGRStyleTool> tool(mgr.GetPart(i));
         if (!tool)
             continue;
+        const QByteArray toolText(tool->GetStyleString()); // as written, before any unit change
         switch (tool->GetType()) {
         case OGRSTCPen: {
             auto* pen = static_cast<OGRStylePen*>(tool.get());
@@ -136,7 +159,7 @@ ParsedStyle parseStyleString(const QByteArray& ogrStyle) {
             if (const int n = idNumber(sym->Id(isDefault), "font-sym-"); n > 0)
                 s.symbolCharacter = n;
             s.symbolColor = colourOf(sym->Color(isDefault), 0);
-            const double size = roundedSize(sym->Size(isDefault));
+            const double size = sizeInPoints(toolText, sym->Size(isDefault));
             if (!isDefault && size > 0)
                 s.symbolSize = size;
             if (const char* f = sym->FontName(isDefault); f && !isDefault)
@@ -149,7 +172,7 @@ ParsedStyle parseStyleString(const QByteArray& ogrStyle) {
             out.kind = FeatureKind::Text;
             if (const char* f = label->FontName(isDefault); f && !isDefault)
                 s.textFont = QString::fromUtf8(f);
-            const double size = roundedSize(label->Size(isDefault));
+            const double size = sizeInPoints(toolText, label->Size(isDefault));
             if (!isDefault && size > 0)
                 s.textSize = size;
             const char* t = label->TextString(isDefault);
