@@ -71,6 +71,13 @@ int parent(int kills, int plots, quint32 seed) {
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+        // Qt wants one, private to the user; children inherit it.
+        const QString runtime = QDir::tempPath() + QStringLiteral("/veldra-soak-runtime");
+        QDir().mkpath(runtime);
+        QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime));
+    }
     QApplication app(argc, argv);
     QCommandLineParser options;
     options.addOption({QStringLiteral("kills"), QStringLiteral("kills"), QStringLiteral("N"),
