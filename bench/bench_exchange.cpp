@@ -1,11 +1,17 @@
 // The host's round trip on the 30,000-plot plan: GetInfo("C") without the gauge, and
-// MAJ("A") changing only attributes, then redrawing every plot. Peers measured in the
-// same run: the bare GEOS join and the SQL join of the same question, and a raw OGR
-// transaction loop of the same number of writes.
+// MAJ("A") changing only attributes, then redrawing every plot; and the whole
+// synchronisation as a clerk starts it, from the button to the plan updated by the demo
+// host. Peers measured in the same run: the bare GEOS join and the SQL join of the same
+// question, and a raw OGR transaction loop of the same number of writes.
 #include "bench_plans.h"
 #include "control/veldra.h"
+#include "registre.h"
+#include "reponses_hote.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <benchmark/benchmark.h>
 
 namespace {
@@ -69,6 +75,46 @@ void BM_MajRedraw(benchmark::State& state) {
     majBench(state, true);
 }
 BENCHMARK(BM_MajRedraw)->Arg(30000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// Button to plan updated: the control's collection with its gauge, the demo host matching
+// every plot with its SQLite register, then MAJ("A"). The counters split the time.
+void BM_SynchroRoundTrip(benchmark::State& state) {
+    const int plots = int(state.range(0));
+    Controle f(copyOf(plots));
+    const QString fichier =
+        QDir::tempPath() + QStringLiteral("/veldra-bench/Plan%1.registre.sqlite").arg(plots);
+    QFile::remove(fichier);
+    veldra::demo::Registre registre(fichier);
+    registre.genere(*f.collecte());
+    QPlainTextEdit journal;
+    QObject lien;
+    QElapsedTimer horloge;
+    qint64 collecte = 0, hote = 0;
+    // Connected before the host's answer, so it runs first.
+    QObject::connect(&f.c, &veldra::Veldra::Synchro, &lien,
+                     [&](RecordsetPtr&, QString&) { collecte += horloge.elapsed(); });
+    veldra::demo::brancheRegistre(f.c, registre, journal, lien);
+    auto* bouton = f.c.findChild<QPushButton*>(QStringLiteral("Btn_Synchro"));
+    qint64 total = 0;
+    for (auto _ : state) {
+        horloge.start();
+        bouton->click();
+        total += horloge.elapsed();
+        state.PauseTiming();
+        QElapsedTimer h;
+        h.start();
+        registre.associe(*f.collecte());
+        hote += h.elapsed();
+        state.ResumeTiming();
+    }
+    const double n = double(state.iterations());
+    state.counters["collecte_ms"] = double(collecte) / n;
+    state.counters["hote_ms"] = double(hote) / n;
+    state.counters["maj_ms"] = double(total - collecte - hote) / n;
+    if (!journal.toPlainText().contains(QStringLiteral("plan mis à jour")))
+        state.SkipWithError("the host did not update the plan");
+}
+BENCHMARK(BM_SynchroRoundTrip)->Arg(30000)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 } // namespace
 

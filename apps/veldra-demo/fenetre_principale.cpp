@@ -107,8 +107,10 @@ void FenetrePrincipale::ouvreRegistre(const QString& chemin) {
     liensRegistre_.reset();
     registre_.reset();
     try {
+        // Named after its plan: plans that share a folder do not share a register.
+        const QFileInfo plan(chemin);
         auto registre = std::make_unique<Registre>(
-            QFileInfo(chemin).dir().filePath(QStringLiteral("registre.sqlite")));
+            plan.dir().filePath(plan.completeBaseName() + QStringLiteral(".registre.sqlite")));
         if (registre->nombreConcessions() == 0 && plan_->Calque_Tombe &&
             plan_->Calque_Tombe->featureCount() > 0) {
             QString type = QStringLiteral("C"), p1, p2, message;

@@ -2,10 +2,13 @@
 
 #include "base/erreur.h"
 
+#include <QHash>
+#include <QSet>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUuid>
 #include <QVariant>
+#include <algorithm>
 
 namespace veldra::demo {
 
@@ -29,9 +32,15 @@ QString nomDe(int i) {
     return QString::fromUtf8(kNoms[i % int(std::size(kNoms))]);
 }
 
-QString personne(int i, int j) {
-    return QString::fromUtf8(kPrenoms[(i * 7 + j * 3) % int(std::size(kPrenoms))]) + u' ' +
-           nomDe(i).toUpper();
+// A first name, a space, then the family name: the part after the first space is what a
+// plot shows.
+QString personne(int i, int j, const QString& famille) {
+    return QString::fromUtf8(kPrenoms[(i * 7 + j * 3) % int(std::size(kPrenoms))]) + u' ' + famille;
+}
+
+// Section, alley and plot number as one key; the separator cannot appear in any of them.
+QString cleLieu(const QString& section, const QString& allee, const QString& numero) {
+    return section + QChar(0x1F) + allee + QChar(0x1F) + numero;
 }
 
 } // namespace
@@ -66,7 +75,10 @@ void Registre::creeTables() {
           "CREATE INDEX IF NOT EXISTS concessions_lieu ON concessions(section, allee, emplacement)",
           "CREATE TABLE IF NOT EXISTS titulaires (idgcf INTEGER, nom TEXT)",
           "CREATE TABLE IF NOT EXISTS ayants_droit (idgcf INTEGER, nom TEXT, lien TEXT)",
-          "CREATE TABLE IF NOT EXISTS defunts (idgcf INTEGER, nom TEXT, deces TEXT)"}) {
+          "CREATE TABLE IF NOT EXISTS defunts (idgcf INTEGER, nom TEXT, deces TEXT)",
+          "CREATE INDEX IF NOT EXISTS titulaires_idgcf ON titulaires(idgcf)",
+          "CREATE INDEX IF NOT EXISTS ayants_droit_idgcf ON ayants_droit(idgcf)",
+          "CREATE INDEX IF NOT EXISTS defunts_idgcf ON defunts(idgcf)"}) {
         q.prepare(QString::fromUtf8(sql));
         execute(q);
     }
@@ -79,7 +91,7 @@ int Registre::nombreConcessions() const {
     return q.next() ? q.value(0).toInt() : 0;
 }
 
-void Registre::genere(recordset::Recordset& collecte, int sansConcession, int enTrop) {
+void Registre::genere(recordset::Recordset& collecte, int enTrop) {
     QSqlDatabase db = base();
     db.transaction();
     try {
@@ -88,9 +100,10 @@ void Registre::genere(recordset::Recordset& collecte, int sansConcession, int en
         t.prepare(QStringLiteral("INSERT INTO titulaires VALUES (?, ?)"));
         a.prepare(QStringLiteral("INSERT INTO ayants_droit VALUES (?, ?, ?)"));
         d.prepare(QStringLiteral("INSERT INTO defunts VALUES (?, ?, ?)"));
-        int i = 0, id = 100;
-        auto ajoute = [&](const QString& section, const QString& allee, const QString& numero) {
-            ++id;
+        auto ajoute = [&](int id, const QString& section, const QString& allee,
+                          const QString& numero, QString famille) {
+            if (famille.isEmpty())
+                famille = nomDe(id);
             const bool perpetuelle = id % 5 == 0;
             c.addBindValue(id);
             c.addBindValue(QStringLiteral("C-%1").arg(id, 5, 10, QLatin1Char('0')));
@@ -103,27 +116,35 @@ void Registre::genere(recordset::Recordset& collecte, int sansConcession, int en
             c.addBindValue(perpetuelle ? 0 : 30);
             execute(c);
             t.addBindValue(id);
-            t.addBindValue(personne(id, 0));
+            t.addBindValue(personne(id, 0, famille));
             execute(t);
             a.addBindValue(id);
-            a.addBindValue(personne(id, 1));
+            a.addBindValue(personne(id, 1, famille));
             a.addBindValue(id % 2 ? QStringLiteral("enfant") : QStringLiteral("conjoint"));
             execute(a);
             for (int k = 0; k < 1 + id % 3; ++k) {
                 d.addBindValue(id);
-                d.addBindValue(personne(id, k + 2));
+                d.addBindValue(personne(id, k + 2, famille));
                 d.addBindValue(QStringLiteral("%1").arg(1960 + (id * 3 + k * 11) % 60));
                 execute(d);
             }
         };
-        for (collecte.moveFirst(); !collecte.eof(); collecte.moveNext(), ++i) {
-            if (sansConcession > 0 && i % sansConcession == sansConcession - 1)
+        // The plan's keys are the register's: a plot leads to its own concession from the
+        // start. A key met twice is one concession, at its first place.
+        QSet<int> connues;
+        int plusGrande = 0;
+        for (collecte.moveFirst(); !collecte.eof(); collecte.moveNext()) {
+            const int id = collecte.value(u"IdGCF").toInt();
+            if (id <= 0 || connues.contains(id))
                 continue; // a plot nobody holds yet
-            ajoute(collecte.value(u"Section").toString(), collecte.value(u"Allee").toString(),
-                   collecte.value(u"Num").toString());
+            connues.insert(id);
+            plusGrande = std::max(plusGrande, id);
+            ajoute(id, collecte.value(u"Section").toString(), collecte.value(u"Allee").toString(),
+                   collecte.value(u"Num").toString(), collecte.value(u"Nom").toString());
         }
         for (int k = 0; k < enTrop; ++k)
-            ajoute(QStringLiteral("Ancien cimetière"), QString(), QString::number(k + 1));
+            ajoute(plusGrande + k + 1, QStringLiteral("Ancien cimetière"), QString(),
+                   QString::number(k + 1), QString());
         db.commit();
     } catch (...) {
         db.rollback();
@@ -146,23 +167,35 @@ std::optional<int> Registre::concession(const QString& section, const QString& a
 }
 
 int Registre::associe(recordset::Recordset& collecte) const {
-    QSqlQuery titulaire(base());
-    titulaire.prepare(QStringLiteral("SELECT nom FROM titulaires WHERE idgcf = ?"));
+    // One read of the register, then lookups in memory: a query per plot would cost
+    // seconds on a large cemetery.
+    struct Fiche {
+        int idgcf = 0;
+        QString nom;
+    };
+    QHash<QString, Fiche> parLieu;
+    {
+        QSqlQuery q(base());
+        q.setForwardOnly(true);
+        q.prepare(QStringLiteral(
+            "SELECT c.section, c.allee, c.emplacement, c.idgcf, "
+            "(SELECT nom FROM titulaires t WHERE t.idgcf = c.idgcf ORDER BY rowid LIMIT 1) "
+            "FROM concessions c ORDER BY c.idgcf DESC"));
+        execute(q);
+        while (q.next())
+            parLieu.insert(
+                cleLieu(q.value(0).toString(), q.value(1).toString(), q.value(2).toString()),
+                {q.value(3).toInt(), q.value(4).toString().section(u' ', 1)});
+    }
     int trouves = 0;
     for (collecte.moveFirst(); !collecte.eof(); collecte.moveNext()) {
-        const std::optional<int> id =
-            concession(collecte.value(u"Section").toString(), collecte.value(u"Allee").toString(),
-                       collecte.value(u"Num").toString());
-        QString nom;
-        if (id) {
-            ++trouves;
-            titulaire.addBindValue(*id);
-            execute(titulaire);
-            if (titulaire.next())
-                nom = titulaire.value(0).toString().section(u' ', -1);
-        }
-        collecte.setValue(u"IdGCF", id.value_or(0));
-        collecte.setValue(u"Nom", nom.left(32));
+        const auto fiche = parLieu.constFind(cleLieu(collecte.value(u"Section").toString(),
+                                                     collecte.value(u"Allee").toString(),
+                                                     collecte.value(u"Num").toString()));
+        const bool connue = fiche != parLieu.cend();
+        trouves += connue ? 1 : 0;
+        collecte.setValue(u"IdGCF", connue ? fiche->idgcf : 0);
+        collecte.setValue(u"Nom", connue ? fiche->nom.left(32) : QString());
         collecte.update();
     }
     return trouves;

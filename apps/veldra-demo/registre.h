@@ -1,8 +1,9 @@
 #pragma once
 // The host's register of concessions, in SQLite: each concession with its key (IDGCF),
 // its number, its place (section, alley, plot number), its holders, right holders and
-// buried persons. It is generated once from the sample plan's plots, with a few plots
-// left without a concession and a few concessions without a plot, as real registers are.
+// buried persons. It is generated once from the plan's plots and their keys, so plan and
+// register agree from the start; plots without a key have no concession and a few
+// concessions have no plot, as in real registers.
 
 #include "recordset/recordset.h"
 
@@ -28,14 +29,15 @@ public:
     Registre& operator=(const Registre&) = delete;
 
     int nombreConcessions() const;
-    // Fills an empty register from a collection of the whole plan (GetInfo "C"). Every
-    // `sansConcession`-th plot gets none; `enTrop` concessions get a place no plot has.
-    void genere(recordset::Recordset& collecte, int sansConcession = 29, int enTrop = 4);
+    // Fills an empty register from a collection of the whole plan (GetInfo "C"): one
+    // concession per plot key, held by the plot's family (Nom) when it has one; `enTrop`
+    // more concessions, with keys above the plan's, get a place no plot has.
+    void genere(recordset::Recordset& collecte, int enTrop = 4);
 
     // The concession at a place, by section, alley and plot number.
     std::optional<int> concession(const QString& section, const QString& allee,
                                   const QString& numero) const;
-    // Writes each record's IdGCF and Nom (the holder's family name) from the register;
+    // Writes each record's IdGCF and Nom (the first holder's family name) from the register;
     // records of plots without a concession get IdGCF 0 and an empty Nom. The number of
     // records matched.
     int associe(recordset::Recordset& collecte) const;

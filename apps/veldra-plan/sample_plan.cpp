@@ -24,6 +24,7 @@ constexpr Colour SectionFill = 0xC0C0FF;
 constexpr Colour AlleyBorder = 49152;
 constexpr Colour AlleyFill = 0xC0FFC0;
 constexpr Colour PlotBorder = 0x606060;
+
 constexpr Colour PlotFill = 0xE0E8EC;   // light stone
 constexpr Colour PathColour = 0x5080A0; // gravel brown
 constexpr Colour TreeGreen = 0x207020;
@@ -32,6 +33,8 @@ constexpr Colour Ink = 0x202840; // brown-black
 
 constexpr char32_t TreeGlyph = 0x2663;     // club suit: a round crown on a trunk
 constexpr char32_t FountainGlyph = 0x25C9; // fisheye: a basin
+// Plots held by nobody yet: every 29th has no concession key and no name.
+constexpr int kUnheldEvery = 29;
 
 void writeNamedRegions(LayerWriter& w, const std::vector<std::pair<QString, const Ring*>>& regions,
                        const QString& style) {
@@ -80,8 +83,12 @@ void writePlots(LayerWriter& plots, LayerWriter& numbers, const SampleLayout& la
             for (const PlotLayout& p : a.plots) {
                 const QString number = QString::number(p.numero);
                 OGRFeatureUniquePtr plot = plots.blank();
-                plot->SetField(idgcf, ++id);
-                setText(*plot, nom, p.family);
+                if (++id % kUnheldEvery != 0) {
+                    plot->SetField(idgcf, id);
+                    setText(*plot, nom, p.family);
+                } else {
+                    setText(*plot, nom, {});
+                }
                 setText(*plot, numero, number);
                 plot->SetField(angle, p.angle);
                 setText(*plot, cle,

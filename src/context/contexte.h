@@ -13,6 +13,7 @@
 #include "recordset/recordset.h"
 
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QStringList>
 #include <functional>
 #include <memory>
@@ -52,6 +53,7 @@ struct EtatControle {
     carto::Style marqueur1, marqueur2; // red marks of the overview map
     int pointeurCarte = 0;             // the map's pointer before the gauge started
     bool sablierJauge = false;         // the gauge set the screen's hourglass
+    QElapsedTimer jaugeDessinee;       // since the gauge was last drawn
 };
 
 // The events a module raises to the host, wired by the control to its signals.

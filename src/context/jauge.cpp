@@ -11,6 +11,8 @@ namespace veldra {
 namespace {
 
 constexpr qint32 kValeurIncorrecte = 380;
+// Long work keeps the event loop waiting: the bar is drawn at once this often.
+constexpr qint64 kIntervalleDessinMs = 100;
 
 // The screen's hourglass is set once however many gauges start, and restored once.
 void sablierEcran(Contexte& ctx, bool actif) {
@@ -47,6 +49,7 @@ void JaugeParam(Contexte& ctx, qint32 min, qint32 max, const QString& message,
     s.Panel_Jauge->raise();
     // Long work starts right after: let the panel be drawn first.
     Pause(150);
+    ctx.etat.jaugeDessinee.start();
 }
 
 void JaugePlus(Contexte& ctx) {
@@ -58,6 +61,11 @@ void JaugePlus(Contexte& ctx) {
                          .arg(suivante)
                          .arg(bar.maximum()));
     bar.setValue(suivante);
+    QElapsedTimer& dessinee = ctx.etat.jaugeDessinee;
+    if (dessinee.isValid() && dessinee.elapsed() >= kIntervalleDessinMs) {
+        bar.repaint();
+        dessinee.start();
+    }
 }
 
 void JaugeFin(Contexte& ctx) {

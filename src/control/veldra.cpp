@@ -59,6 +59,9 @@ Veldra::~Veldra() {
         ecritParametres(ctx_);
     } catch (const Erreur&) {
     }
+    // A gauge still running set the screen's hourglass, which outlives the control.
+    if (ctx_.etat.sablierJauge)
+        veldra::JaugeFin(ctx_);
     gMap = nullptr;
     ctx_.libereIni();
     ObjSel = carto::Features();

@@ -7,6 +7,8 @@
 #include "session_sans_ecran.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSettings>
@@ -49,9 +51,38 @@ TEST(Registre, IsMadeFromThePlanWithGapsOnBothSides) {
     EXPECT_TRUE(r->concession(QStringLiteral("A"), QStringLiteral("Allée 1"),
                               premier.attribute(u"Numero").toString())
                     .has_value());
-    const Personnes gens = r->personnes(101);
+    const Personnes gens = r->personnes(1);
     EXPECT_EQ(gens.titulaires.size(), 1);
     EXPECT_FALSE(gens.defunts.isEmpty());
+}
+
+TEST(Registre, BeforeAnySynchronisationEachPlotsKeyIsTheConcessionAtItsPlace) {
+    HoteAvecRegistre h;
+    Registre* r = h.f->registre();
+    ASSERT_NE(r, nullptr);
+    QString type = QStringLiteral("C"), p1, p2, message;
+    bool jauge = false;
+    RecordsetPtr rs = h.c().GetInfo(type, p1, p2, jauge, message);
+    ASSERT_TRUE(rs);
+    int tenues = 0;
+    for (rs->moveFirst(); !rs->eof(); rs->moveNext()) {
+        const int cle = rs->value(u"IdGCF").toInt();
+        const std::optional<int> ici =
+            r->concession(rs->value(u"Section").toString(), rs->value(u"Allee").toString(),
+                          rs->value(u"Num").toString());
+        EXPECT_EQ(ici.value_or(0), cle) << rs->value(u"Section").toString().toStdString() << " "
+                                        << rs->value(u"Num").toString().toStdString();
+        if (cle > 0 && !rs->value(u"Nom").toString().isEmpty()) {
+            ++tenues;
+            EXPECT_TRUE(r->personnes(cle).titulaires.value(0).endsWith(
+                u' ' + rs->value(u"Nom").toString()));
+        }
+    }
+    EXPECT_GT(tenues, 0);
+    // The register is named after its plan: two plans in one folder keep theirs apart.
+    const QFileInfo plan(h.c().contexte().carte().mapSet());
+    EXPECT_TRUE(QFileInfo::exists(
+        plan.dir().filePath(plan.completeBaseName() + QStringLiteral(".registre.sqlite"))));
 }
 
 TEST(Registre, SynchronisationWritesTheConcessionsIntoThePlan) {

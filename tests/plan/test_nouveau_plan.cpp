@@ -5,8 +5,10 @@
 
 #include <QGuiApplication>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
+#include <QThread>
 
 using namespace veldra;
 
@@ -125,6 +127,35 @@ TEST(Jauge, RunsFromParamToFinAndRefusesAStepTooFar) {
 
     qint32 haut = 5, bas = 2;
     EXPECT_THROW(c.JaugeParam(haut, bas, message, titre), Erreur);
+}
+
+// Counts the paint events a widget receives.
+struct CompteDessins : QObject {
+    int n = 0;
+    bool eventFilter(QObject*, QEvent* e) override {
+        n += e->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+TEST(Jauge, IsRedrawnAsItAdvancesAndItsHourglassDiesWithTheControl) {
+    ControleFixture f;
+    qint32 min = 0, max = 100;
+    QString message = QStringLiteral("Intégration"), titre = QStringLiteral("Synchronisation");
+    f.c->JaugeParam(min, max, message, titre);
+    // The host's work keeps the event loop waiting: the bar still shows its progress.
+    CompteDessins dessins;
+    f.w<QProgressBar>("ProgressBar1")->installEventFilter(&dessins);
+    for (int i = 0; i < 4; ++i) {
+        QThread::msleep(120);
+        f.c->JaugePlus();
+    }
+    EXPECT_GE(dessins.n, 3);
+    f.w<QProgressBar>("ProgressBar1")->removeEventFilter(&dessins);
+
+    ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
+    f.c.reset(); // destroyed by its container with the gauge still running
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
 TEST(ConfirmSupp, FalseShowsTheHostsMessageAndTrueDeletesPlotsWithTheirNumbers) {
