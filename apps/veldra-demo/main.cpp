@@ -11,6 +11,7 @@
 #include "options_demo.h"
 #include "plan_exemple.h"
 #include "session_sans_ecran.h"
+#include "traduction_qt.h"
 
 #include <QApplication>
 #include <QDir>
@@ -78,6 +79,10 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("veldra-demo"));
     QTextStream erreurs(stderr);
+    if (!installeTraductionQt(app))
+        erreurs << "veldra-demo : traduction française de Qt introuvable, les boîtes de "
+                   "dialogue standard resteront en anglais."
+                << Qt::endl;
 
     const QString dossierDonnees =
         QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);

@@ -69,6 +69,22 @@ void appliqueModeEdition(Contexte& ctx) {
     ajusteVoletLateral(ctx);
 }
 
+void quitteModeEdition(Contexte& ctx) {
+    Surface& s = ctx.s;
+    if (!s.CB_ModeEdition->isChecked() && !ctx.v.ModeEdition)
+        return;
+    {
+        const QSignalBlocker bloque(s.CB_ModeEdition);
+        s.CB_ModeEdition->setChecked(false);
+    }
+    ctx.v.ModeEdition = false;
+    s.CB_Bibliotheque->setChecked(false);
+    s.CB_Bibliotheque->hide();
+    s.Map1->setInsertionLayer(nullptr);
+    s.Panel_Outils->hide();
+    ajusteVoletLateral(ctx);
+}
+
 void changeCalqueCourant(Contexte& ctx) {
     Surface& s = ctx.s;
     VariablesPubliques& v = ctx.v;

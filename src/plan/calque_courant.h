@@ -11,5 +11,8 @@ class Contexte;
 void changeCalqueCourant(Contexte& ctx);
 // CB_ModeEdition was ticked or cleared.
 void appliqueModeEdition(Contexte& ctx);
+// Leaves edit mode without the procedure: the box is cleared and its panels hidden, and
+// no layer is made selectable or editable. For a plan that opens out of edit mode.
+void quitteModeEdition(Contexte& ctx);
 
 } // namespace veldra

@@ -7,6 +7,7 @@
 #include "context/nombre_tombes.h"
 #include "context/parametres.h"
 #include "context/sablier.h"
+#include "plan/calque_courant.h"
 #include "plan/couches_temporaires.h"
 
 namespace veldra {
@@ -57,6 +58,13 @@ public:
         ctx_.etat.planOuvert = false;
         s_.CB_PlanNumerise->hide();
         s_.CB_QUE_PlanNumerise->hide();
+        // What the clerk measured, typed or looked up belongs to the previous plan.
+        s_.Panel_Dist->hide();
+        s_.L_Distance->clear();
+        s_.L_DistTotale->clear();
+        s_.PInfos->hide();
+        for (QLineEdit* saisie : {s_.TB_SaisieEmplacement, s_.SaisieNum, s_.Label_Nom})
+            saisie->clear();
     }
 
     void prepareCarte() {
@@ -106,8 +114,12 @@ public:
             v_.Calque_Courant = v_.Calque_Enceinte;
             ctx_.etat.calquePrecedent = v_.Calque_Courant;
             choisitDansListe(0);
+            // Ticked already (by the previous plan): the procedure still runs, for this
+            // plan's enclosure.
             if (!s_.CB_ModeEdition->isChecked())
                 s_.CB_ModeEdition->click();
+            else
+                appliqueModeEdition(ctx_);
             carto::Layer& enceinte = requis(v_.Calque_Courant, "Enceinte");
             const carto::Rect r{0, 0, ctx_.etat.longueurPlan, ctx_.etat.largeurPlan};
             carto::Feature f =
@@ -118,10 +130,14 @@ public:
                                                              {r.xmin, r.ymin}}},
                                                            ctx_.carte().defaultStyle));
             enceinte.updateFeature(f);
+            // The zoom shows 1.2 times the length: centred, the whole enclosure is seen.
+            s_.Map1->setCentre({(r.xmin + r.xmax) / 2, (r.ymin + r.ymax) / 2});
         } else {
             v_.Calque_Courant = v_.Calque_Tombe;
             ctx_.etat.calquePrecedent = v_.Calque_Courant;
             choisitDansListe(4);
+            // An existing plan opens out of edit mode, whatever the previous plan left.
+            quitteModeEdition(ctx_);
         }
     }
 

@@ -5,10 +5,14 @@
 #include "plan_exemple.h"
 #include "proprietes_hote.h"
 #include "session_sans_ecran.h"
+#include "traduction_qt.h"
 
+#include <QCoreApplication>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QPushButton>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -128,4 +132,14 @@ TEST(SessionSansEcran, AnswersWithTheChoiceThatChangesNothing) {
         prompter.message(QStringLiteral("Supprimer ?"), boutons::OuiNon, QStringLiteral("Plan")),
         reponse::Non);
     EXPECT_EQ(texte, QStringLiteral("Message du contrôle (Plan) : Supprimer ?\n"));
+}
+
+TEST(TraductionQt, StandardButtonsAndChoosersSpeakFrench) {
+    ASSERT_TRUE(installeTraductionQt(*QCoreApplication::instance()))
+        << "scripts/setup installs Qt's translations";
+    QDialogButtonBox boutons(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    EXPECT_EQ(boutons.button(QDialogButtonBox::Cancel)->text().remove(u'&'),
+              QStringLiteral("Annuler"));
+    EXPECT_EQ(QCoreApplication::translate("QFileDialog", "Look in:"),
+              QStringLiteral("Voir dans :"));
 }

@@ -3,6 +3,8 @@
 #include "control_fixture.h"
 #include "plan/nouveau_cimetiere.h"
 
+#include <QCheckBox>
+#include <QFrame>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -52,6 +54,9 @@ TEST(NouveauPlan, TheDialogOpensTheEmptyPlanWithItsEnclosure) {
     EXPECT_DOUBLE_EQ(r.xmax, 120);
     EXPECT_DOUBLE_EQ(r.ymax, 80);
     EXPECT_DOUBLE_EQ(c.surface().Map1->zoom(), 144);
+    // Framed on the whole enclosure.
+    EXPECT_DOUBLE_EQ(c.surface().Map1->centre().x, 60);
+    EXPECT_DOUBLE_EQ(c.surface().Map1->centre().y, 40);
     EXPECT_EQ(c.Calque_Courant, c.Calque_Enceinte);
     EXPECT_EQ(f.w<QComboBox>("Combo_Calque")->currentText(), QStringLiteral("Enceinte"));
     EXPECT_TRUE(c.ModeEdition);
@@ -61,6 +66,24 @@ TEST(NouveauPlan, TheDialogOpensTheEmptyPlanWithItsEnclosure) {
     carto::Map relu;
     relu.loadMapSet(plan);
     EXPECT_EQ(relu.requireLayer(u"Enceinte").featureCount(), 1);
+}
+
+TEST(NouveauPlan, OpenedInEditModeItsEnclosureIsStillEditable) {
+    ControleFixture f;
+    f.ouvre(f.plan(20));
+    f.w<QCheckBox>("CB_ModeEdition")->click();
+    const QString plan = veldra::plantool::createEmptyPlan(f.dir.path(), QStringLiteral("Neuf"));
+    nouveauPlan(f, plan, [](New_Cim& d) {
+        QTest::keyClicks(d.TB_Longueur, QStringLiteral("100"));
+        QTest::keyClicks(d.TB_Largeur, QStringLiteral("50"));
+        d.Btn_Valider->click();
+    });
+    Veldra& c = *f.c;
+    ASSERT_EQ(c.Calque_Courant, c.Calque_Enceinte);
+    EXPECT_TRUE(c.ModeEdition);
+    EXPECT_TRUE(c.Calque_Enceinte->editable());
+    EXPECT_TRUE(c.Calque_Enceinte->selectable());
+    EXPECT_TRUE(f.w<QFrame>("Panel_Outils")->isVisible());
 }
 
 TEST(NouveauPlan, AnEmptySizeAsksAgainAndTheCloseBoxCreatesNothing) {

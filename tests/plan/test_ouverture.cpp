@@ -4,7 +4,10 @@
 #include "context/ini_file/profile.h"
 #include "control_fixture.h"
 
+#include <QCheckBox>
 #include <QFile>
+#include <QLabel>
+#include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
 #include <cmath>
@@ -120,6 +123,38 @@ TEST(Ouverture, EditModeAndTheCurrentLayerFollowTheirWidgets) {
     c.surface().Map1->setEditingMode(carto::editmode::Vertices);
     QTest::keyClick(c.surface().Map1, Qt::Key_Delete);
     EXPECT_EQ(keys.count(), 1);
+}
+
+TEST(Ouverture, AnotherPlanOpensOutOfEditModeAndForgetsThePreviousPanels) {
+    ControleFixture f;
+    f.ouvre(f.plan(30));
+    Veldra& c = *f.c;
+    f.w<QCheckBox>("CB_ModeEdition")->click();
+    ASSERT_TRUE(c.ModeEdition);
+    f.w<QFrame>("Panel_Dist")->show();
+    f.w<QLabel>("L_Distance")->setText(QStringLiteral("12,5 m"));
+    f.w<QLineEdit>("TB_SaisieEmplacement")->setText(QStringLiteral("14"));
+
+    f.ouvre(f.plan(20, false, QStringLiteral("Autre")));
+    EXPECT_FALSE(c.ModeEdition);
+    EXPECT_FALSE(f.w<QCheckBox>("CB_ModeEdition")->isChecked());
+    EXPECT_TRUE(f.w<QFrame>("Panel_Outils")->isHidden());
+    EXPECT_TRUE(f.w<QCheckBox>("CB_Bibliotheque")->isHidden());
+    for (carto::Layer* l : c.contexte().carte().layers()) {
+        EXPECT_EQ(l->editable(), l == c.Calque_Numero) << l->name().toStdString();
+        if (l->name().toUpper() != QLatin1String("RASTER")) {
+            EXPECT_FALSE(l->selectable()) << l->name().toStdString();
+        }
+    }
+    EXPECT_TRUE(f.w<QFrame>("Panel_Dist")->isHidden());
+    EXPECT_TRUE(f.w<QLabel>("L_Distance")->text().isEmpty());
+    EXPECT_TRUE(f.w<QLineEdit>("TB_SaisieEmplacement")->text().isEmpty());
+
+    // The box ticks again and edits this plan.
+    f.w<QCheckBox>("CB_ModeEdition")->click();
+    EXPECT_TRUE(c.ModeEdition);
+    EXPECT_TRUE(c.Calque_Tombe->editable());
+    EXPECT_TRUE(c.Calque_Tombe->selectable());
 }
 
 TEST(Ouverture, TemporaryLayersStayInMemoryAndAreNotDuplicated) {
