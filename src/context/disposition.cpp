@@ -3,6 +3,7 @@
 #include "context/contexte.h"
 
 #include <QFontMetrics>
+#include <QLabel>
 #include <cmath>
 
 namespace veldra {
@@ -10,6 +11,31 @@ namespace veldra {
 double twipsParPixel(const Contexte& ctx) {
     return 1440.0 / std::max(1, ctx.controle.logicalDpiX());
 }
+
+namespace {
+
+// A long name gets a smaller font rather than being cut, then a second line.
+void ajustePolice(QLabel& nom) {
+    QFont police = nom.font();
+    const QRect cadre = nom.contentsRect();
+    const auto tient = [&](double taille, bool lignes) {
+        police.setPointSizeF(taille);
+        const QFontMetrics m(police);
+        if (!lignes)
+            return m.horizontalAdvance(nom.text()) <= cadre.width();
+        const QRect r = m.boundingRect(cadre, Qt::AlignCenter | Qt::TextWordWrap, nom.text());
+        return r.width() <= cadre.width() && r.height() <= cadre.height();
+    };
+    bool trouve = false;
+    for (double taille = 13; taille >= 9 && !trouve; taille -= 1)
+        trouve = tient(taille, false);
+    for (double taille = 11; taille >= 7 && !trouve; taille -= 1)
+        trouve = tient(taille, true);
+    nom.setWordWrap(!tient(police.pointSizeF(), false));
+    nom.setFont(police);
+}
+
+} // namespace
 
 void dispose(Contexte& ctx) {
     Surface& s = ctx.s;
@@ -37,26 +63,23 @@ void dispose(Contexte& ctx) {
     s.Panel_Bas->setGeometry(0, hauteur - bas, largeur, bas);
 
     // Top band: tools on the left, scale and preferences against the map's right edge, the
-    // name centred between them.
+    // name centred between them. In a narrow control the scale moves right, over the right
+    // band's corner, rather than over the tools or the name.
     s.B_Outils->move(px(105), (haut - s.B_Outils->height()) / 2);
-    s.Btn_Pref->move(carte.right() - s.Btn_Pref->width() - px(105),
+    const int libelle = std::max(px(560), s.Echelle->sizeHint().width());
+    const int nomG = s.B_Outils->geometry().right() + px(300);
+    const int groupe = libelle - px(560) + px(1755) + s.Btn_Pref->width() + px(105);
+    const int droiteGroupe = std::min(
+        largeur - 1, std::max(carte.right(), nomG + px(kNomMinimalTwips) + px(300) + groupe));
+    s.Btn_Pref->move(droiteGroupe - s.Btn_Pref->width() - px(105),
                      (haut - s.Btn_Pref->height()) / 2);
     const int echelleG = s.Btn_Pref->x() - px(1755);
-    const int libelle = std::max(px(560), s.Echelle->sizeHint().width());
     s.Echelle->setGeometry(echelleG - libelle + px(560), 0, libelle, haut);
-    s.L_echelle->setGeometry(echelleG + px(560) + px(30), 0, px(1100), haut);
+    s.L_echelle->setGeometry(echelleG + px(560) + px(30), 0, px(1100), haut - px(150));
     s.L_echelle2->setGeometry(echelleG + px(560) + px(30), haut - px(150), px(1100), px(150));
-    const int nomG = s.B_Outils->geometry().right() + px(300);
     const int place = std::max(0, s.Echelle->x() - px(300) - nomG);
     s.L_NomCimetiere->setGeometry(nomG, 0, place, haut);
-    // A long name gets a smaller font rather than being cut.
-    QFont police = s.L_NomCimetiere->font();
-    for (double taille = 13; taille >= 8; taille -= 1) {
-        police.setPointSizeF(taille);
-        if (QFontMetrics(police).horizontalAdvance(s.L_NomCimetiere->text()) <= place)
-            break;
-    }
-    s.L_NomCimetiere->setFont(police);
+    ajustePolice(*s.L_NomCimetiere);
 
     // Distance panel against the right band; gauge centred over the map.
     s.Panel_Dist->move(s.Panel_Droite->x() - s.Panel_Dist->width() - px(45), haut + px(30));

@@ -8,6 +8,8 @@ namespace veldra {
 class Contexte;
 
 inline constexpr int kLargeurMinimaleTwips = 9375;
+// The room the top band keeps for the cemetery's name, before the scale.
+inline constexpr int kNomMinimalTwips = 1500;
 
 // Twips per pixel of the control's screen.
 double twipsParPixel(const Contexte& ctx);

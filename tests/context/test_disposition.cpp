@@ -3,6 +3,8 @@
 #include "control_fixture.h"
 #include "output/echelle.h"
 
+#include <QAbstractButton>
+#include <QLabel>
 #include <QTest>
 
 using namespace veldra;
@@ -104,4 +106,71 @@ TEST(Disposition, TheScaleFollowsTheView) {
     EXPECT_EQ(f.w<QLabel>("L_echelle")->text(), QStringLiteral("2 000"));
     map->setZoom(map->paperWidth() * 0.004);
     EXPECT_EQ(f.w<QLabel>("L_echelle")->text(), QStringLiteral("0.04"));
+}
+
+namespace {
+
+// The caption a widget shows, when it shows one.
+QString legende(const QWidget& w) {
+    if (const auto* l = qobject_cast<const QLabel*>(&w))
+        return l->text();
+    if (const auto* b = qobject_cast<const QAbstractButton*>(&w))
+        return b->text();
+    return {};
+}
+
+// Every visible child of `panneau`, at any depth, against its visible siblings: no two
+// overlap and every caption fits its widget.
+void verifiePanneau(const QWidget& panneau, const QString& taille) {
+    const QList<QWidget*> enfants = panneau.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    for (qsizetype i = 0; i < enfants.size(); ++i) {
+        const QWidget& a = *enfants[i];
+        if (!a.isVisible())
+            continue;
+        SCOPED_TRACE((taille + u' ' + a.objectName()).toStdString());
+        EXPECT_TRUE(panneau.rect().contains(a.geometry()))
+            << "outside its panel: " << a.objectName().toStdString();
+        const QString texte = legende(a);
+        if (!texte.isEmpty() && !qobject_cast<const QLabel*>(&a)) {
+            // Buttons draw their caption with margins and, for boxes, the box itself.
+            EXPECT_LE(a.sizeHint().width(), a.width()) << texte.toStdString();
+        } else if (!texte.isEmpty()) {
+            const QLabel& l = static_cast<const QLabel&>(a);
+            const QFontMetrics m(l.font());
+            const QRect r = l.wordWrap() ? m.boundingRect(l.contentsRect(),
+                                                          Qt::AlignCenter | Qt::TextWordWrap, texte)
+                                         : QRect(0, 0, m.horizontalAdvance(texte), m.height());
+            EXPECT_LE(r.width(), l.contentsRect().width()) << texte.toStdString();
+            EXPECT_LE(r.height(), l.contentsRect().height()) << texte.toStdString();
+        }
+        for (qsizetype j = i + 1; j < enfants.size(); ++j) {
+            const QWidget& b = *enfants[j];
+            if (b.isVisible() && !b.isWindow()) {
+                EXPECT_FALSE(a.geometry().intersects(b.geometry()))
+                    << a.objectName().toStdString() << " overlaps " << b.objectName().toStdString();
+            }
+        }
+        verifiePanneau(a, taille);
+    }
+}
+
+} // namespace
+
+TEST(Disposition, NothingOverlapsAndNoCaptionIsCutFromSmallToLargeWindows) {
+    ControleFixture f;
+    f.ouvre(f.plan(30));
+    f.c->surface().L_NomCimetiere->setText(QStringLiteral("Cimetière communal de Saint-Martin"));
+    const int minimale = int(kLargeurMinimaleTwips / twipsParPixel(f.c->contexte()));
+    for (const QSize taille : {QSize(minimale, 500), QSize(800, 600), QSize(1024, 768),
+                               QSize(1600, 1000), QSize(1920, 1200)}) {
+        f.c->resize(taille);
+        QApplication::processEvents();
+        const QString nom = QStringLiteral("%1x%2").arg(taille.width()).arg(taille.height());
+        verifiePanneau(*f.w<QWidget>("Panel_Haut"), nom);
+        verifiePanneau(*f.w<QWidget>("Panel_Droite"), nom);
+        // The name is shown, in full, between the tools and the scale.
+        const QLabel* nomCimetiere = f.w<QLabel>("L_NomCimetiere");
+        EXPECT_TRUE(nomCimetiere->isVisible()) << nom.toStdString();
+        EXPECT_GT(nomCimetiere->width(), 0) << nom.toStdString();
+    }
 }

@@ -134,10 +134,14 @@ void FeaturePainter::drawText(Point anchor, const QString& text, const Style& st
     const double w = metrics.horizontalAdvance(text);
     const QRectF box(-w / 2, -metrics.height() / 2, w, metrics.height());
 
-    painter_.save();
-    painter_.translate(viewport_.toScreen(anchor));
+    QTransform place;
+    place.translate(viewport_.toScreen(anchor).x(), viewport_.toScreen(anchor).y());
     if (style.textRotation != 0)
-        painter_.rotate(-style.textRotation);
+        place.rotate(-style.textRotation);
+    if (placer_)
+        placer_->occupy(place.mapRect(box));
+    painter_.save();
+    painter_.setTransform(place, true);
     if (style.textBox) {
         painter_.setPen(toQColor(style.textColor));
         painter_.setBrush(toQColor(style.textBackColor));
@@ -159,7 +163,7 @@ void FeaturePainter::drawText(Point anchor, const QString& text, const Style& st
     painter_.restore();
 }
 
-void FeaturePainter::drawLabel(Point at, const QString& text) {
+bool FeaturePainter::drawLabel(Point at, const QString& text) {
     static const Style labelStyle = [] {
         Style s;
         s.textHalo = true;
@@ -169,12 +173,18 @@ void FeaturePainter::drawLabel(Point at, const QString& text) {
     const QPointF p = viewport_.toScreen(at);
     const QFontMetricsF metrics(font);
     const double w = metrics.horizontalAdvance(text);
+    // The halo is part of what must stay clear.
+    const QRectF box(p.x() - w / 2 - 1.5, p.y() - metrics.height() / 2 - 1.5, w + 3,
+                     metrics.height() + 3);
+    if (placer_ && !placer_->place(box))
+        return false;
     QPainterPath path;
     path.addText(p.x() - w / 2, p.y() + metrics.ascent() - metrics.height() / 2, font, text);
     QPainterPathStroker stroker;
     stroker.setWidth(3);
     painter_.fillPath(stroker.createStroke(path), Qt::white);
     painter_.fillPath(path, Qt::black);
+    return true;
 }
 
 } // namespace carto

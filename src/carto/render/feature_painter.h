@@ -4,6 +4,7 @@
 // and exports alike. Usable on any thread (it paints into whatever device it is given).
 
 #include "carto/model/feature_data.h"
+#include "carto/render/label_placer.h"
 #include "carto/render/style_paint.h"
 #include "carto/render/viewport.h"
 
@@ -22,8 +23,12 @@ public:
     void drawLine(const Parts& lines, const QPen& pen);
     void drawSymbol(Point at, const Style& style);
     void drawText(Point anchor, const QString& text, const Style& style);
-    // An automatic label: small, fixed-size, centred on the point, with a white halo.
-    void drawLabel(Point at, const QString& text);
+    // An automatic label: small, fixed-size, centred on the point, with a white halo. With
+    // a placer, a label that would overlap a text or another label is not drawn (false).
+    bool drawLabel(Point at, const QString& text);
+
+    // Texts drawn from now on become obstacles of `placer`, whose labels it then places.
+    void setPlacer(LabelPlacer* placer) { placer_ = placer; }
 
     // Texts smaller than this many pixels high are not drawn: they could not be read.
     static constexpr double kMinTextPixels = 4.0;
@@ -37,6 +42,7 @@ private:
     double k_;
     std::unordered_map<const Style*, RegionPaint> regionPaints_;
     QPolygonF ring_;
+    LabelPlacer* placer_ = nullptr;
 };
 
 } // namespace carto

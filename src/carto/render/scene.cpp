@@ -108,25 +108,37 @@ Scene buildScene(const Map& map, const Viewport& viewport, const Rect& area,
     return scene;
 }
 
-void paintScene(QPainter& painter, const Scene& scene, const std::atomic<bool>* cancel) {
+std::vector<QRectF> paintScene(QPainter& painter, const Scene& scene,
+                               const std::atomic<bool>* cancel) {
     FeaturePainter fp(painter, scene.viewport);
+    LabelPlacer placer(scene.viewport.size);
+    fp.setPlacer(&placer);
     const Viewport& v = scene.viewport;
+    size_t n = 0;
+    const auto cancelled = [&] {
+        return (++n & 511) == 0 && cancel && cancel->load(std::memory_order_relaxed);
+    };
     for (const SceneLayer& layer : scene.layers) {
         if (!layer.raster.isNull()) {
             const Rect& e = layer.raster.extent;
             const QRectF target(v.toScreen({e.xmin, e.ymax}), v.toScreen({e.xmax, e.ymin}));
             painter.drawImage(target, layer.raster.image);
         }
-        size_t n = 0;
         for (const SceneItem& item : layer.items) {
-            if ((++n & 511) == 0 && cancel && cancel->load(std::memory_order_relaxed))
-                return;
+            if (cancelled())
+                return {};
             fp.draw(*item.data, *item.style);
         }
-        for (const SceneItem& item : layer.items)
+    }
+    // Labels last, over every layer, once all the plan's texts are known.
+    for (const SceneLayer& layer : scene.layers)
+        for (const SceneItem& item : layer.items) {
+            if (cancelled())
+                return {};
             if (!item.label.isEmpty())
                 fp.drawLabel(item.labelAt, item.label);
-    }
+        }
+    return placer.placed();
 }
 
 } // namespace carto

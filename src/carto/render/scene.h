@@ -41,8 +41,10 @@ using RasterLookup = std::function<RasterImage(const QString& source)>;
 Scene buildScene(const Map& map, const Viewport& viewport, const Rect& area,
                  const RasterLookup& rasters);
 
-// Paints the scene's layers; stops early, leaving the picture unfinished, when cancel
-// becomes true.
-void paintScene(QPainter& painter, const Scene& scene, const std::atomic<bool>* cancel = nullptr);
+// Paints the scene's layers, then the labels that fit among the texts and each other;
+// stops early, leaving the picture unfinished, when cancel becomes true. The screen
+// boxes of the labels drawn.
+std::vector<QRectF> paintScene(QPainter& painter, const Scene& scene,
+                               const std::atomic<bool>* cancel = nullptr);
 
 } // namespace carto
