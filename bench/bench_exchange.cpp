@@ -5,6 +5,7 @@
 // question, and a raw OGR transaction loop of the same number of writes.
 #include "bench_plans.h"
 #include "control/veldra.h"
+#include "journal_evenements.h"
 #include "registre.h"
 #include "reponses_hote.h"
 
@@ -93,6 +94,7 @@ void BM_SynchroRoundTrip(benchmark::State& state) {
     // Connected before the host's answer, so it runs first.
     QObject::connect(&f.c, &veldra::Veldra::Synchro, &lien,
                      [&](RecordsetPtr&, QString&) { collecte += horloge.elapsed(); });
+    veldra::demo::brancheJournal(f.c, journal); // the demo logs every event too
     veldra::demo::brancheRegistre(f.c, registre, journal, lien);
     auto* bouton = f.c.findChild<QPushButton*>(QStringLiteral("Btn_Synchro"));
     qint64 total = 0;

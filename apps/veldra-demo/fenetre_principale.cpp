@@ -1,8 +1,10 @@
 #include "fenetre_principale.h"
 
 #include "base/erreur.h"
+#include "context/prompter.h"
 #include "control/veldra.h"
 #include "journal_evenements.h"
+#include "prompter_hote.h"
 #include "proprietes_hote.h"
 #include "registre.h"
 #include "reponses_hote.h"
@@ -11,15 +13,20 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QDockWidget>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QSettings>
+#include <QSplitter>
 #include <QStatusBar>
+#include <QTableView>
+#include <QVBoxLayout>
 
 namespace veldra::demo {
 
@@ -28,16 +35,49 @@ const QString TitreFenetre = QStringLiteral("Veldra — démonstration");
 }
 
 FenetrePrincipale::FenetrePrincipale(QSettings& reglages, QWidget* parent)
-    : QMainWindow(parent), reglages_(reglages), plan_(new Veldra(this)) {
+    : QMainWindow(parent), reglages_(reglages), plan_(new Veldra) {
     setObjectName(QStringLiteral("FenetrePrincipale"));
     setWindowTitle(TitreFenetre);
     plan_->setObjectName(QStringLiteral("Veldra1"));
-    setCentralWidget(plan_);
+    auto prompter = std::make_unique<PrompterHote>(std::make_unique<BoitePrompter>(this));
+    prompter_ = prompter.get();
+    plan_->setPrompter(std::move(prompter));
+
+    auto* centre = new QWidget;
+    auto* pile = new QVBoxLayout(centre);
+    pile->setContentsMargins(0, 0, 0, 0);
+    pile->setSpacing(0);
+    bandeau_ = new QLabel;
+    bandeau_->setObjectName(QStringLiteral("BandeauMessage"));
+    bandeau_->setWordWrap(true);
+    bandeau_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    bandeau_->setStyleSheet(QStringLiteral(
+        "QLabel { background: #FDECEA; color: #611A15; border-bottom: 1px solid #E0A8A2; "
+        "padding: 6px 10px; }"));
+    bandeau_->hide();
+    pile->addWidget(bandeau_);
+    pile->addWidget(plan_, 1);
+    setCentralWidget(centre);
     creeJournal();
     creeMenus();
-    statusBar()->showMessage(QStringLiteral("Aucun plan ouvert"));
+    sansPlan();
     // As a container loading the control: its saved properties before it is shown.
     plan_->ReadProperties(lisProprietes(reglages_));
+}
+
+void FenetrePrincipale::setPrompter(std::unique_ptr<Prompter> prompter) {
+    prompter_->setInterieur(std::move(prompter));
+}
+
+void FenetrePrincipale::signale(const QString& texte) {
+    bandeau_->setText(texte);
+    bandeau_->setVisible(!texte.isEmpty());
+}
+
+void FenetrePrincipale::sansPlan() {
+    plan_->setEnabled(false);
+    setWindowTitle(TitreFenetre);
+    statusBar()->showMessage(QStringLiteral("Aucun plan ouvert"));
 }
 
 FenetrePrincipale::~FenetrePrincipale() = default;
@@ -46,17 +86,36 @@ void FenetrePrincipale::creeJournal() {
     journal_ = new QPlainTextEdit;
     journal_->setObjectName(QStringLiteral("JournalEvenements"));
     journal_->setReadOnly(true);
-    journal_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    journal_->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     journal_->setMaximumBlockCount(5000);
     journal_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    journal_->setMinimumWidth(120);
+
+    // A click on an event shows what it carried.
+    tableDetails_ = new QTableView;
+    tableDetails_->setObjectName(QStringLiteral("TableDetails"));
+    tableDetails_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    texteDetails_ = new QPlainTextEdit;
+    texteDetails_->setObjectName(QStringLiteral("TexteDetails"));
+    texteDetails_->setReadOnly(true);
+    texteDetails_->setPlaceholderText(
+        QStringLiteral("Cliquez sur un événement pour voir ses arguments en entier."));
+    auto* details = new QSplitter(Qt::Vertical);
+    details->addWidget(journal_);
+    details->addWidget(texteDetails_);
+    details->addWidget(tableDetails_);
+    details->setStretchFactor(0, 3);
+    details->setStretchFactor(1, 1);
+    details->setStretchFactor(2, 2);
 
     dockJournal_ = new QDockWidget(QStringLiteral("Événements du contrôle"), this);
     dockJournal_->setObjectName(QStringLiteral("DockEvenements"));
-    dockJournal_->setWidget(journal_);
+    dockJournal_->setWidget(details);
     addDockWidget(Qt::RightDockWidgetArea, dockJournal_);
     resizeDocks({dockJournal_}, {340}, Qt::Horizontal);
 
     brancheJournal(*plan_, *journal_);
+    brancheDetails(*journal_, *tableDetails_, *texteDetails_);
 }
 
 void FenetrePrincipale::creeMenus() {
@@ -82,25 +141,57 @@ void FenetrePrincipale::creeMenus() {
 }
 
 bool FenetrePrincipale::ouvrePlan(const QString& chemin, const QString& nom) {
+    const QString affiche = QDir::toNativeSeparators(chemin);
+    if (!QFileInfo(chemin).isFile()) {
+        signale(QStringLiteral("Le plan « %1 » n'existe pas.").arg(affiche));
+        return false;
+    }
     // The control takes its arguments by reference, as its host language did.
     QString fichier = chemin;
     bool nouveau = false;
     QString nomCimetiere = nom;
     bool droitEdition = true;
-    plan_->OuvreCimetiere(fichier, nouveau, nomCimetiere, droitEdition);
+    QStringList messages;
+    {
+        const PrompterHote::Retenue retenue(*prompter_, messages);
+        plan_->OuvreCimetiere(fichier, nouveau, nomCimetiere, droitEdition);
+    }
     // The control reports each failed step and carries on, keeping the previous plan when
     // the new file cannot be read: opened means this file, with its plots layer.
     if (!plan_->Calque_Tombe ||
         QFileInfo(plan_->contexte().carte().mapSet()) != QFileInfo(chemin)) {
-        statusBar()->showMessage(QStringLiteral("Le plan « %1 » n'a pas été ouvert")
-                                     .arg(QDir::toNativeSeparators(chemin)));
+        // The control names the file too: its reason alone follows the host's sentence.
+        QString pourquoi = messages.isEmpty() ? QString() : messages.constFirst();
+        if (const qsizetype fin = pourquoi.lastIndexOf(QStringLiteral("» : ")); fin >= 0)
+            pourquoi = pourquoi.mid(fin + 4);
+        if (!cheminPlan_.isEmpty() && QFileInfo(cheminPlan_).isFile()) {
+            // Back to the plan the clerk had, name and all.
+            const QString precedent = cheminPlan_;
+            cheminPlan_.clear();
+            ouvrePlan(precedent, nomPlan_);
+        } else {
+            sansPlan();
+        }
+        signale(
+            QStringLiteral("Le plan « %1 » n'a pas pu être ouvert%2.")
+                .arg(affiche, pourquoi.isEmpty() ? QString() : QStringLiteral(" : ") + pourquoi));
         return false;
     }
+    signale(messages.isEmpty()
+                ? QString()
+                : QStringLiteral("Le plan « %1 » est ouvert, avec ces remarques : %2")
+                      .arg(affiche, messages.join(QStringLiteral(" ; "))));
+    planOuvert(chemin, nom);
+    return true;
+}
+
+void FenetrePrincipale::planOuvert(const QString& chemin, const QString& nom) {
     cheminPlan_ = chemin;
+    nomPlan_ = nom;
+    plan_->setEnabled(true);
     ouvreRegistre(chemin);
     setWindowTitle(nom + QStringLiteral(" — ") + TitreFenetre);
     statusBar()->showMessage(QDir::toNativeSeparators(chemin));
-    return true;
 }
 
 void FenetrePrincipale::ouvreRegistre(const QString& chemin) {
@@ -139,25 +230,28 @@ void FenetrePrincipale::demandeNouveauCimetiere() {
         nouveauCimetiere(dossier, nom.trimmed());
 }
 
-void FenetrePrincipale::nouveauCimetiere(const QString& dossier, const QString& nom) {
+bool FenetrePrincipale::nouveauCimetiere(const QString& dossier, const QString& nom) {
     QString chemin;
     try {
         chemin = plantool::createEmptyPlan(dossier, nom);
     } catch (const std::exception& e) {
-        QMessageBox::warning(
-            this, QStringLiteral("Nouveau cimetière"),
+        signale(
             QStringLiteral("Le plan n'a pas pu être créé : %1").arg(QString::fromUtf8(e.what())));
-        return;
+        return false;
     }
     QString nomCimetiere = nom;
     bool nouveau = true, droit = true;
     plan_->OuvreCimetiere(chemin, nouveau, nomCimetiere, droit);
-    if (plan_->contexte().carte().mapSet() == chemin) {
-        cheminPlan_ = chemin;
-        ouvreRegistre(chemin);
-        setWindowTitle(nom + QStringLiteral(" — ") + TitreFenetre);
-        statusBar()->showMessage(QDir::toNativeSeparators(chemin));
+    if (QFileInfo(plan_->contexte().carte().mapSet()) != QFileInfo(chemin)) {
+        // The size was not given: the empty file must not stop the next try.
+        for (const QString& suffixe : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"),
+                                       QStringLiteral("-journal")})
+            QFile::remove(chemin + suffixe);
+        return false;
     }
+    signale(QString());
+    planOuvert(chemin, nom);
+    return true;
 }
 
 void FenetrePrincipale::choisisPlan() {
@@ -180,6 +274,15 @@ void FenetrePrincipale::aPropos() {
                        "<p>Plan ouvert : %1</p>")
             .arg(cheminPlan_.isEmpty() ? QStringLiteral("aucun")
                                        : QDir::toNativeSeparators(cheminPlan_).toHtmlEscaped()));
+}
+
+void FenetrePrincipale::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    // A small window squeezes the log; it gets its width back when there is room again.
+    const int voulue = 340;
+    if (dockJournal_->isVisible() && !dockJournal_->isFloating() &&
+        dockJournal_->width() < voulue && width() - voulue >= plan_->minimumWidth() + 40)
+        resizeDocks({dockJournal_}, {voulue}, Qt::Horizontal);
 }
 
 void FenetrePrincipale::closeEvent(QCloseEvent* event) {

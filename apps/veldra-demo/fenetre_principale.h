@@ -9,15 +9,19 @@
 #include <memory>
 
 class QDockWidget;
+class QLabel;
 class QPlainTextEdit;
 class QSettings;
+class QTableView;
 
 namespace veldra {
+class Prompter;
 class Veldra;
-}
+} // namespace veldra
 
 namespace veldra::demo {
 
+class PrompterHote;
 class Registre;
 
 class FenetrePrincipale : public QMainWindow {
@@ -29,21 +33,35 @@ public:
 
     Veldra& plan() { return *plan_; }
     QPlainTextEdit& journal() { return *journal_; }
+    QTableView& tableDetails() { return *tableDetails_; }
+    QPlainTextEdit& texteDetails() { return *texteDetails_; }
+    // The host's message shown above the control; hidden when there is none.
+    QLabel& bandeau() { return *bandeau_; }
+    // Who answers the control's messages: message boxes by default.
+    void setPrompter(std::unique_ptr<Prompter> prompter);
     // The register of the open plan; nullptr before a plan is open.
     Registre* registre() { return registre_.get(); }
 
     // Opens the plan at `chemin` under the name `nom`, with the right to edit it. False
-    // when the control could not open it (it has then told the user why).
+    // when it could not be opened: the window then says why in one message and goes back
+    // to the plan it had, if any.
     bool ouvrePlan(const QString& chemin, const QString& nom);
     // Writes an empty plan named `nom` in `dossier` and opens it as a new cemetery: the
-    // control asks for its size.
-    void nouveauCimetiere(const QString& dossier, const QString& nom);
+    // control asks for its size. Cancelled, nothing is left in the folder. True when the
+    // new plan is open.
+    bool nouveauCimetiere(const QString& dossier, const QString& nom);
+    // Shows `texte` above the control until the next plan opens.
+    void signale(const QString& texte);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void creeJournal();
+    // The control's state when no plan is open: nothing to click.
+    void sansPlan();
+    void planOuvert(const QString& chemin, const QString& nom);
     void creeMenus();
     void choisisPlan();
     void demandeNouveauCimetiere();
@@ -53,9 +71,14 @@ private:
 
     QSettings& reglages_;
     Veldra* plan_;
+    PrompterHote* prompter_; // owned by the control
+    QLabel* bandeau_ = nullptr;
     QDockWidget* dockJournal_ = nullptr;
     QPlainTextEdit* journal_ = nullptr;
+    QTableView* tableDetails_ = nullptr;
+    QPlainTextEdit* texteDetails_ = nullptr;
     QString cheminPlan_;
+    QString nomPlan_;
     std::unique_ptr<Registre> registre_;
     std::unique_ptr<QObject> liensRegistre_; // destroyed first: its connections use the register
 };

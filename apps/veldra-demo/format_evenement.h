@@ -13,7 +13,8 @@ namespace veldra::demo {
 
 struct ArgumentEvenement {
     QString nom;
-    QString valeur; // already formatted by one of the texteValeur functions
+    QString valeur;  // already formatted by one of the texteValeur functions
+    QString complet; // the whole text, for the event's details; empty when valeur says all
 };
 
 // Text between double quotes; quotes are doubled, line breaks and tabs written as \n, \r

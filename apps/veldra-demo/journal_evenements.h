@@ -4,6 +4,7 @@
 // connected after it sees the same values the control sent.
 
 class QPlainTextEdit;
+class QTableView;
 
 namespace veldra {
 class Veldra;
@@ -13,5 +14,9 @@ namespace veldra::demo {
 
 // Logs every event of `plan` into `journal` for as long as `journal` lives.
 void brancheJournal(Veldra& plan, QPlainTextEdit& journal);
+
+// A click on a line of `journal` shows its event's arguments in full in `texte` and the
+// record set it carried, as the control sent it, in `table`.
+void brancheDetails(QPlainTextEdit& journal, QTableView& table, QPlainTextEdit& texte);
 
 } // namespace veldra::demo

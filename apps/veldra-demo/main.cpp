@@ -1,7 +1,8 @@
 // The demo host: opens the sample plan (generated in the user's data folder on the first
 // run) or the plan given by --plan, in a window that logs the control's events. With
 // --screenshot, or with no display, it saves a picture of the window, prints the
-// picture's path as the last line of its output and quits.
+// picture's path as the last line of its output and quits; with --scenario it plays a
+// scripted session and prints the folder of its pictures.
 
 #include "base/erreur.h"
 #include "capture_fenetre.h"
@@ -10,12 +11,14 @@
 #include "fenetre_principale.h"
 #include "options_demo.h"
 #include "plan_exemple.h"
+#include "scenario.h"
 #include "session_sans_ecran.h"
 #include "traduction_qt.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMessageBox>
 #include <QSettings>
 #include <QStandardPaths>
@@ -39,35 +42,49 @@ bool sansAffichage() {
 // was taken.
 int lanceDemo(const OptionsDemo& options, const QString& dossierDonnees, QTextStream& erreurs,
               std::optional<QString>& capture) {
+    const auto exemple = [&dossierDonnees] {
+        const Sablier sablier;
+        return assurePlanExemple(dossierDonnees);
+    };
     QString chemin = options.plan;
     QString nom = QFileInfo(chemin).completeBaseName();
     if (chemin.isEmpty()) {
-        const Sablier sablier;
-        chemin = assurePlanExemple(dossierDonnees);
+        chemin = exemple();
         nom = NomExemple;
     }
     if (!options.capture.isEmpty())
-        prepareDossier(QFileInfo(options.capture).absolutePath());
+        prepareDossier(options.scenario.isEmpty() ? QFileInfo(options.capture).absolutePath()
+                                                  : options.capture);
 
     QSettings reglages(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("veldra-demo"),
                        QStringLiteral("veldra-demo"));
     FenetrePrincipale fenetre(reglages);
     if (!options.capture.isEmpty()) {
-        fenetre.plan().setPrompter(std::make_unique<PrompterSansEcran>(erreurs));
+        fenetre.setPrompter(std::make_unique<PrompterSansEcran>(erreurs));
         fenetre.plan().setModalHook([&erreurs](QDialog& d) { return refuseDialogue(erreurs, d); });
     }
     fenetre.resize(TailleCapture);
     fenetre.show();
     QApplication::processEvents();
 
-    const bool ouvert = fenetre.ouvrePlan(chemin, nom);
+    if (!fenetre.ouvrePlan(chemin, nom) && !options.plan.isEmpty()) {
+        // The plan asked for cannot be opened: said once in the window, and the sample
+        // plan is there to work with.
+        const QString pourquoi = fenetre.bandeau().text();
+        if (fenetre.ouvrePlan(exemple(), NomExemple))
+            fenetre.signale(pourquoi + QStringLiteral(" Le plan d'exemple est ouvert à sa place."));
+    }
     if (options.capture.isEmpty())
         return QApplication::exec();
 
-    if (!ouvert)
-        throw Erreur(err::PlanIllisible, QStringLiteral("Le plan « %1 » n'a pas pu être ouvert.")
-                                             .arg(QDir::toNativeSeparators(chemin)));
-    captureFenetre(fenetre, fenetre.plan().surface().Map1, options.capture);
+    if (!options.scenario.isEmpty()) {
+        const QStringList images =
+            joueScenario(fenetre, options.scenario, exemple(), options.capture);
+        for (const QString& image : images)
+            erreurs << QStringLiteral("capture : ") << image << Qt::endl;
+    } else {
+        captureFenetre(fenetre, fenetre.plan().surface().Map1, options.capture);
+    }
     fenetre.close();
     capture = options.capture;
     return 0;

@@ -30,9 +30,15 @@ OptionsDemo analyseLigneDeCommande(const QStringList& arguments, bool sansAffich
         QStringLiteral("screenshot"),
         QStringLiteral("Enregistre une capture PNG de la fenêtre, affiche son chemin et quitte."),
         QStringLiteral("fichier.png"));
+    const QCommandLineOption scenario(
+        QStringLiteral("scenario"),
+        QStringLiteral("Joue ce scénario sans écran et enregistre une capture par étape, "
+                       "affiche le dossier des captures et quitte."),
+        QStringLiteral("nom"));
     parseur.addOption(aide);
     parseur.addOption(plan);
     parseur.addOption(capture);
+    parseur.addOption(scenario);
 
     if (!parseur.parse(arguments)) {
         if (!parseur.unknownOptionNames().isEmpty()) {
@@ -55,12 +61,17 @@ OptionsDemo analyseLigneDeCommande(const QStringList& arguments, bool sansAffich
         throw erreurUsage(QStringLiteral("Argument inattendu : %1")
                               .arg(parseur.positionalArguments().constFirst()));
 
+    // A plan that does not exist is said in the window, which then opens the sample plan.
     if (parseur.isSet(plan)) {
-        const QFileInfo fichier(parseur.value(plan));
-        if (!fichier.isFile())
-            throw Erreur(err::AccesRefuse, QStringLiteral("Le plan « %1 » n'existe pas.")
-                                               .arg(QDir::toNativeSeparators(parseur.value(plan))));
-        o.plan = fichier.absoluteFilePath();
+        if (parseur.value(plan).isEmpty())
+            throw erreurUsage(QStringLiteral("--plan attend un nom de fichier"));
+        o.plan = QFileInfo(parseur.value(plan)).absoluteFilePath();
+    }
+    if (parseur.isSet(scenario)) {
+        o.scenario = parseur.value(scenario);
+        o.capture =
+            QDir(dossierDonnees).absoluteFilePath(QStringLiteral("scenarios/") + o.scenario);
+        return o;
     }
     if (parseur.isSet(capture)) {
         if (parseur.value(capture).isEmpty())

@@ -16,7 +16,7 @@ QStringList nomsScenarios();
 // Plays scenario `nom` on `fenetre`, whose sample plan is `planExemple`, and saves one
 // picture per step into `dossier` ("01-etape.png", …). The pictures' paths. Erreur with a
 // French message for an unknown scenario or a picture that cannot be written.
-QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom,
-                         const QString& planExemple, const QString& dossier);
+QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const QString& planExemple,
+                         const QString& dossier);
 
 } // namespace veldra::demo

@@ -74,7 +74,8 @@ void dispose(Contexte& ctx) {
     s.Btn_Pref->move(droiteGroupe - s.Btn_Pref->width() - px(105),
                      (haut - s.Btn_Pref->height()) / 2);
     const int echelleG = s.Btn_Pref->x() - px(1755);
-    s.Echelle->setGeometry(echelleG - libelle + px(560), 0, libelle, haut);
+    // The scale's caption and value share one line, above L_echelle2.
+    s.Echelle->setGeometry(echelleG - libelle + px(560), 0, libelle, haut - px(150));
     s.L_echelle->setGeometry(echelleG + px(560) + px(30), 0, px(1100), haut - px(150));
     s.L_echelle2->setGeometry(echelleG + px(560) + px(30), haut - px(150), px(1100), px(150));
     const int place = std::max(0, s.Echelle->x() - px(300) - nomG);

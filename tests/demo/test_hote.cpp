@@ -45,14 +45,17 @@ TEST(OptionsDemo, ScreenshotOnlyWhenAskedOrWithoutDisplay) {
               QDir::current().absoluteFilePath(QStringLiteral("a.png")));
 }
 
-TEST(OptionsDemo, PlanMustExistAndBadUsageIsExplainedInFrench) {
+TEST(OptionsDemo, BadUsageIsExplainedInFrench) {
     QTemporaryDir dossier;
     const QString plan = dossier.filePath(QStringLiteral("p.gpkg"));
     QFile(plan).open(QIODevice::WriteOnly);
     EXPECT_EQ(analyse({QStringLiteral("--plan"), plan}).plan, plan);
-    EXPECT_TRUE(messageDe([&] {
-                    analyse({QStringLiteral("--plan"), plan + u'x'});
-                }).startsWith(QStringLiteral("Le plan « ")));
+    // A plan that does not exist is the window's to say, in one message.
+    EXPECT_EQ(analyse({QStringLiteral("--plan"), plan + u'x'}).plan, plan + u'x');
+    const OptionsDemo scenario =
+        analyse({QStringLiteral("--scenario"), QStringLiteral("premiere-heure")});
+    EXPECT_EQ(scenario.scenario, QStringLiteral("premiere-heure"));
+    EXPECT_EQ(scenario.capture, QStringLiteral("/donnees/scenarios/premiere-heure"));
     EXPECT_TRUE(messageDe([] {
                     analyse({QStringLiteral("--zoom")});
                 }).startsWith(QStringLiteral("Option inconnue : --zoom")));

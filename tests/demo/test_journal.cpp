@@ -6,6 +6,8 @@
 
 #include <QPlainTextEdit>
 #include <QRegularExpression>
+#include <QTableView>
+#include <QTextBlock>
 #include <gtest/gtest.h>
 
 using namespace veldra;
@@ -55,8 +57,8 @@ TEST(FormatEvenement, LineHasTimeNameAndArgumentsInOrder) {
     EXPECT_EQ(ligneJournal(QTime(9, 5, 7), QStringLiteral("Change"), {}),
               QStringLiteral("09:05:07  Change()"));
     EXPECT_EQ(ligneJournal(QTime(14, 0, 0), QStringLiteral("ChargeTheme"),
-                           {{QStringLiteral("Libelle"), QStringLiteral("\"x\"")},
-                            {QStringLiteral("Code"), QStringLiteral("\"3\"")}}),
+                           {{QStringLiteral("Libelle"), QStringLiteral("\"x\""), {}},
+                            {QStringLiteral("Code"), QStringLiteral("\"3\""), {}}}),
               QStringLiteral("14:00:00  ChargeTheme(Libelle=\"x\", Code=\"3\")"));
 }
 
@@ -118,4 +120,36 @@ TEST(JournalEvenements, HostSlotsStillReceiveAndChangeTheArguments) {
     emit plan.FicheTombe(numero);
     EXPECT_EQ(numero, QStringLiteral("vu"));
     EXPECT_TRUE(journal.toPlainText().endsWith(QStringLiteral("FicheTombe(NumTombe=\"12\")")));
+}
+
+TEST(JournalEvenements, AClickOnAnEventShowsItsRecordSetAndItsTextsInFull) {
+    Veldra plan;
+    QPlainTextEdit journal, texte;
+    QTableView table;
+    brancheJournal(plan, journal);
+    brancheDetails(journal, table, texte);
+
+    RecordsetPtr rs = recordsetOuvert(3);
+    QString type = QStringLiteral("A");
+    emit plan.Synchro(rs, type);
+    rs->moveFirst();
+    rs->setValue(u"IDGCF", 99); // what the host does after: the log keeps what was sent
+    rs->update();
+    QString chemin = QStringLiteral("C:/plans/") + QString(200, u'x'), titre, echelle;
+    QString commentaires = QStringLiteral("ligne 1\nligne 2");
+    emit plan.DemandeImpressionCarte(chemin, titre, commentaires, echelle);
+
+    QTextCursor sur(journal.document()->firstBlock());
+    journal.setTextCursor(sur);
+    ASSERT_NE(table.model(), nullptr);
+    EXPECT_EQ(table.model()->rowCount(), 3);
+    EXPECT_EQ(table.model()->headerData(0, Qt::Horizontal).toString(), QStringLiteral("IDGCF"));
+    EXPECT_EQ(table.model()->index(0, 0).data().toString(), QStringLiteral("1"));
+    EXPECT_TRUE(texte.toPlainText().contains(QStringLiteral("TypeSynchro = A")));
+
+    journal.setTextCursor(QTextCursor(journal.document()->lastBlock()));
+    EXPECT_EQ(table.model()->rowCount(), 0);
+    EXPECT_TRUE(texte.toPlainText().contains(chemin)); // the line itself cuts it
+    EXPECT_FALSE(journal.document()->lastBlock().text().contains(chemin));
+    EXPECT_TRUE(texte.toPlainText().contains(commentaires));
 }

@@ -33,7 +33,7 @@ struct HoteAvecRegistre {
         options.raster = false;
         const QString plan = assurePlanExemple(dossier.path(), options);
         f = std::make_unique<FenetrePrincipale>(reglages);
-        f->plan().setPrompter(std::make_unique<PrompterSansEcran>(sortie));
+        f->setPrompter(std::make_unique<PrompterSansEcran>(sortie));
         EXPECT_TRUE(f->ouvrePlan(plan, QStringLiteral("Essai")));
     }
     Veldra& c() { return f->plan(); }

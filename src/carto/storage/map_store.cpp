@@ -234,8 +234,10 @@ std::unique_ptr<MapStore> MapStore::open(const QString& pathOrConnection) {
     std::unique_ptr<GDALDataset, DatasetCloser> ds(
         GDALDataset::Open(pathOrConnection.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE,
                           nullptr, nullptr, nullptr));
-    if (!ds)
-        unreadable(pathOrConnection, lastGdalError());
+    if (!ds) // GDAL says nothing of a file it does not recognise
+        unreadable(pathOrConnection, CPLGetLastErrorMsg()[0] == '\0'
+                                         ? QStringLiteral("ce fichier n'est pas un plan")
+                                         : lastGdalError());
     if (isFile) // GDAL sets its own wait when it opens the file; ours is shorter
         gdal::executeSql(*ds, kBusyTimeout);
     std::unique_ptr<MapStore> store(new MapStore(pathOrConnection, std::move(ds)));
