@@ -61,8 +61,8 @@ int parent(int kills, int plots, quint32 seed) {
         if (k % 50 == 0)
             std::fprintf(stderr, "veldra-soak: %d kills\n", k);
     }
-    std::printf("%d kills, %d integrity failures, %d half-written, %d invariant failures\n",
-                kills, tally.integrity, tally.halfWritten, tally.invariants);
+    std::printf("%d kills, %d integrity failures, %d half-written, %d invariant failures\n", kills,
+                tally.integrity, tally.halfWritten, tally.invariants);
     std::fflush(stdout);
     return tally.clean() ? 0 : 1;
 }

@@ -87,8 +87,8 @@ bool treesAgree(GDALDataset& ds) {
                                "ST_MaxY(t.\"%3\") - 1e-3")
                     .arg(t, tree, geom));
         if (missing != u"0" || stale != u"0" || wrong != u"0") {
-            reason("R-tree and table disagree:",
-                   QStringLiteral("%1 missing %2, stale %3, wrong %4").arg(table, missing, stale, wrong));
+            reason("R-tree and table disagree:", QStringLiteral("%1 missing %2, stale %3, wrong %4")
+                                                     .arg(table, missing, stale, wrong));
             ok = false;
         }
     }
@@ -147,7 +147,8 @@ Verdict check(const QString& plan, const QString& journal) {
         const QByteArray now = digest(map);
         const bool asBefore = now == step.before;
         const bool asAfter = !step.after.isEmpty() && now == step.after;
-        v.complete = step.done ? asAfter || (step.after.isEmpty() && asBefore) : asBefore || asAfter;
+        v.complete =
+            step.done ? asAfter || (step.after.isEmpty() && asBefore) : asBefore || asAfter;
         if (!v.complete)
             reason("the open bracket left part of its writes", QString::fromLatin1(now));
     }

@@ -6,9 +6,9 @@
 namespace soak {
 
 struct Verdict {
-    bool integrity = true;   // SQLite's own check of the file
-    bool complete = true;    // the open bracket is all or nothing
-    bool invariants = true;  // R-trees agree with their tables; one number label per plot
+    bool integrity = true;  // SQLite's own check of the file
+    bool complete = true;   // the open bracket is all or nothing
+    bool invariants = true; // R-trees agree with their tables; one number label per plot
 };
 
 struct Tally {

@@ -91,8 +91,8 @@ void deplace(carto::Map& map, carto::Layer& plots, carto::Layer& numbers, QRando
     const std::vector<qint64> fids = someOf(plots, r, 20);
     const double dx = farAway(r), dy = farAway(r);
     auto group = std::make_unique<carto::EditGroup>(map, QStringLiteral("Déplacer"));
-    group->add(std::make_unique<carto::MoveFeatures>(numbers, labelsOf(plots, numbers, fids), dx,
-                                                     dy));
+    group->add(
+        std::make_unique<carto::MoveFeatures>(numbers, labelsOf(plots, numbers, fids), dx, dy));
     group->add(std::make_unique<carto::MoveFeatures>(plots, fids, dx, dy));
     map.execute(std::move(group));
 }
