@@ -77,6 +77,19 @@ void BM_MajRedraw(benchmark::State& state) {
 }
 BENCHMARK(BM_MajRedraw)->Arg(30000)->Unit(benchmark::kMillisecond)->Iterations(3);
 
+// Every alley with the section at its centre, for the host's lists.
+void BM_ListeAllees(benchmark::State& state) {
+    Controle f(planOf(int(state.range(0))));
+    qint32 alleys = 0;
+    for (auto _ : state) {
+        QString toutes;
+        RecordsetPtr rs = f.c.GetListeAllees(toutes);
+        alleys = rs->recordCount();
+    }
+    state.counters["alleys"] = alleys;
+}
+BENCHMARK(BM_ListeAllees)->Arg(30000)->Unit(benchmark::kMillisecond);
+
 // Button to plan updated: the control's collection with its gauge, the demo host matching
 // every plot with its SQLite register, then MAJ("A"). The counters split the time.
 void BM_SynchroRoundTrip(benchmark::State& state) {

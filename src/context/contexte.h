@@ -73,6 +73,8 @@ struct Crochets {
     std::function<void()> activeOutilsDessin;
     // Editing: the map set-up of edit mode.
     std::function<void()> prepareOutilsCarte;
+    // Exchange: the search panel's section list (plan opening).
+    std::function<void()> creeComboSection;
 };
 
 template <typename... A> void appelle(const std::function<void(A...)>& crochet, A... args) {

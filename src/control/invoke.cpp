@@ -141,6 +141,25 @@ const std::unordered_map<qint32, Appel>& appels() {
              a = {QVariant::fromValue(rs), type};
              return {};
          }},
+        {0x60030097,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 0, "GetListeSections");
+             return QVariant::fromValue(c.GetListeSections());
+         }},
+        {0x60030098,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 1, "GetListeAllees");
+             QString section = a[0].toString();
+             RecordsetPtr rs = c.GetListeAllees(section);
+             a[0] = section;
+             return QVariant::fromValue(rs);
+         }},
+        {0x60030076,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 0, "Creer_Combo_Section");
+             c.Creer_Combo_Section();
+             return {};
+         }},
         {0x600300a2,
          [](Veldra& c, QVariantList& a) -> QVariant {
              attendus(a, 1, "ChangeDroitEdition");

@@ -12,6 +12,7 @@
 #include "editing/barre_outils.h"
 #include "editing/suppression.h"
 #include "exchange/collecte.h"
+#include "exchange/listes.h"
 #include "exchange/mise_a_jour.h"
 #include "output/echelle.h"
 #include "plan/calque_courant.h"
@@ -71,6 +72,7 @@ void Veldra::connecteSurface() {
     connecteAffichage(ctx_);
     connecteBarresOutils(ctx_);
     connecteCollecte(ctx_);
+    connecteListes(ctx_);
     Evenements& e = ctx_.evenements;
     e.Synchro = [this](RecordsetPtr& rs, QString& type) { emit Synchro(rs, type); };
     e.InfoTombes = [this](QString& id) { emit InfoTombes(id); };
@@ -81,6 +83,7 @@ void Veldra::connecteSurface() {
     h.creeOutilsPersonnalises = [c] { creeOutilsPersonnalises(*c); };
     h.activeOutilsDessin = [c] { activeOutilsDessin(*c); };
     h.prepareOutilsCarte = [c] { prepareOutilsCarte(*c); };
+    h.creeComboSection = [c] { veldra::Creer_Combo_Section(*c); };
     connect(surface_.Combo_Calque, &QComboBox::activated, this,
             garde(ctx_, [c] { changeCalqueCourant(*c); }));
     connect(surface_.CB_ModeEdition, &QCheckBox::clicked, this,
@@ -158,6 +161,18 @@ RecordsetPtr Veldra::GetInfo(QString& sType, QString& Param, QString& Param2, bo
 
 void Veldra::MAJ(RecordsetPtr& Rs, QString& TypeMaj) {
     veldra::MAJ(ctx_, Rs, TypeMaj);
+}
+
+RecordsetPtr Veldra::GetListeSections() {
+    return veldra::GetListeSections(ctx_);
+}
+
+RecordsetPtr Veldra::GetListeAllees(QString& sSection) {
+    return veldra::GetListeAllees(ctx_, sSection);
+}
+
+void Veldra::Creer_Combo_Section() {
+    veldra::Creer_Combo_Section(ctx_);
 }
 
 void Veldra::ChangeDroitEdition(bool& valeur) {

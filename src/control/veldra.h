@@ -54,6 +54,10 @@ public:
     RecordsetPtr GetInfo(QString& sType, QString& Param, QString& Param2, bool& Jauge,
                          QString& MessageJauge);
     void MAJ(RecordsetPtr& Rs, QString& TypeMaj);
+    // Errors of these three reach the host as Erreur.
+    RecordsetPtr GetListeSections();
+    RecordsetPtr GetListeAllees(QString& sSection);
+    void Creer_Combo_Section();
 
     // ---- the container
     // Design-time properties: read when the container loads the control, written when it

@@ -226,6 +226,7 @@ void ouvrePlan(Contexte& ctx, const QString& chemin, const QString& nom, bool no
     ctx.etat.planOuvert = true;
     o.etape([&] { prepareCarteLocalisation(ctx); });
     o.etape([&] { litParametres(ctx); });
+    o.etape([&] { appelle(ctx.crochets.creeComboSection); });
 }
 
 } // namespace veldra
