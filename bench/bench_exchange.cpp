@@ -10,7 +10,9 @@
 #include "reponses_hote.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QElapsedTimer>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <benchmark/benchmark.h>
@@ -76,6 +78,26 @@ void BM_MajRedraw(benchmark::State& state) {
     majBench(state, true);
 }
 BENCHMARK(BM_MajRedraw)->Arg(30000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// One plot's number saved from the side panel: the rule checked in its alley, its old
+// label deleted, the new one created, turned and written with the plot.
+void BM_SauvePlot(benchmark::State& state) {
+    Controle f(copyOf(int(state.range(0))));
+    f.c.findChild<QCheckBox*>(QStringLiteral("CB_ModeEdition"))->click();
+    carto::Layer& plots = *f.c.Calque_Tombe;
+    const qint64 fid = plots.allFeatures().at(100).fid();
+    plots.selectAdd(fid);
+    auto* saisie = f.c.findChild<QLineEdit*>(QStringLiteral("SaisieNum"));
+    int round = 0;
+    for (auto _ : state) {
+        saisie->setText(QStringLiteral("S%1").arg(++round));
+        carto::Feature plot = plots.feature(fid);
+        f.c.Sauve(plot);
+    }
+    if (plots.feature(fid).attribute(u"Numero").toString() != saisie->text())
+        state.SkipWithError("the number was not saved");
+}
+BENCHMARK(BM_SauvePlot)->Arg(30000)->Unit(benchmark::kMillisecond);
 
 // Every alley with the section at its centre, for the host's lists.
 void BM_ListeAllees(benchmark::State& state) {

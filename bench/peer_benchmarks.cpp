@@ -129,4 +129,23 @@ void BM_PeerOgrUpdate(benchmark::State& state) {
 }
 BENCHMARK(BM_PeerOgrUpdate)->Arg(30000)->Unit(benchmark::kMillisecond);
 
+// Peer of a saved number: one text feature inserted in its own transaction.
+void BM_PeerOgrInsert(benchmark::State& state) {
+    const QString path = copyOf(int(state.range(0)));
+    auto ds = openOgr(path, true);
+    OGRLayer* numbers = ds->GetLayerByName("Numeros");
+    const int field = numbers->GetLayerDefn()->GetFieldIndex("Texte");
+    int round = 0;
+    for (auto _ : state) {
+        ds->StartTransaction();
+        OGRFeature f(numbers->GetLayerDefn());
+        f.SetField(field, QByteArray::number(++round).constData());
+        f.SetGeometry(std::make_unique<OGRPoint>(round % 100, 7).get());
+        if (numbers->CreateFeature(&f) != OGRERR_NONE)
+            state.SkipWithError("CreateFeature failed");
+        ds->CommitTransaction();
+    }
+}
+BENCHMARK(BM_PeerOgrInsert)->Arg(30000)->Unit(benchmark::kMillisecond);
+
 } // namespace

@@ -54,6 +54,7 @@ struct EtatControle {
     int pointeurCarte = 0;             // the map's pointer before the gauge started
     bool sablierJauge = false;         // the gauge set the screen's hourglass
     QElapsedTimer jaugeDessinee;       // since the gauge was last drawn
+    bool fontMax = false;              // FontMax: new number labels bold and sized to the plot
 };
 
 // The events a module raises to the host, wired by the control to its signals.

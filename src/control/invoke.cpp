@@ -141,6 +141,13 @@ const std::unordered_map<qint32, Appel>& appels() {
              a = {QVariant::fromValue(rs), type};
              return {};
          }},
+        {0x60030039,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 1, "Sauve");
+             carto::Feature f = a[0].value<carto::Feature>();
+             c.Sauve(f);
+             return {};
+         }},
         {0x60030097,
          [](Veldra& c, QVariantList& a) -> QVariant {
              attendus(a, 0, "GetListeSections");

@@ -10,6 +10,8 @@
 #include "context/sablier.h"
 #include "control/types_automation.h"
 #include "editing/barre_outils.h"
+#include "editing/sauve.h"
+#include "editing/selection.h"
 #include "editing/suppression.h"
 #include "exchange/collecte.h"
 #include "exchange/listes.h"
@@ -73,6 +75,7 @@ void Veldra::connecteSurface() {
     connecteBarresOutils(ctx_);
     connecteCollecte(ctx_);
     connecteListes(ctx_);
+    connecteSelection(ctx_);
     Evenements& e = ctx_.evenements;
     e.Synchro = [this](RecordsetPtr& rs, QString& type) { emit Synchro(rs, type); };
     e.InfoTombes = [this](QString& id) { emit InfoTombes(id); };
@@ -173,6 +176,18 @@ RecordsetPtr Veldra::GetListeAllees(QString& sSection) {
 
 void Veldra::Creer_Combo_Section() {
     veldra::Creer_Combo_Section(ctx_);
+}
+
+void Veldra::Sauve(carto::Feature& fSel) {
+    veldra::Sauve(ctx_, fSel);
+}
+
+bool Veldra::FontMax() const {
+    return ctx_.etat.fontMax;
+}
+
+void Veldra::setFontMax(bool v) {
+    ctx_.etat.fontMax = v;
 }
 
 void Veldra::ChangeDroitEdition(bool& valeur) {

@@ -31,8 +31,8 @@ public:
     ~Veldra() override;
 
     // ---- properties
-    bool FontMax() const { return fontMax_; }
-    void setFontMax(bool v) { fontMax_ = v; }
+    bool FontMax() const;
+    void setFontMax(bool v);
     QString Repertoire_Export() const { return repertoireExport_; }
     void setRepertoire_Export(const QString& v);
     QString RepCurseurs() const;
@@ -58,6 +58,7 @@ public:
     RecordsetPtr GetListeSections();
     RecordsetPtr GetListeAllees(QString& sSection);
     void Creer_Combo_Section();
+    void Sauve(carto::Feature& fSel);
 
     // ---- the container
     // Design-time properties: read when the container loads the control, written when it
@@ -106,7 +107,6 @@ private:
 
     Surface surface_;
     Contexte ctx_;
-    bool fontMax_ = false;
     QString repertoireExport_;
     QString repFicAnalyse_ = QStringLiteral("AnalysePlan.txt");
     QString imageLocalisationTerminee_;

@@ -1,16 +1,13 @@
 #include "editing/suppression.h"
 
 #include "carto/model/edit_commands.h"
+#include "context/calques.h"
 #include "context/contexte.h"
 #include "context/nombre_tombes.h"
 
 namespace veldra {
 
 namespace {
-
-bool estCalque(const carto::Layer* l, const carto::Layer* autre) {
-    return l && autre && l->name() == autre->name();
-}
 
 // The number labels lying entirely within the plots' bounding rectangles, each once.
 std::vector<qint64> etiquettesDes(const carto::Layer& numeros,

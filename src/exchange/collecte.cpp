@@ -2,6 +2,7 @@
 
 #include "base/erreur.h"
 #include "carto/model/update_access.h"
+#include "context/calques.h"
 #include "context/contexte.h"
 #include "context/garde.h"
 #include "context/jauge.h"
@@ -15,14 +16,6 @@ namespace veldra {
 namespace {
 
 using Lecture = carto::ReadAccess;
-
-carto::Layer& requis(carto::Layer* l, const char* nom) {
-    if (!l)
-        throw Erreur(
-            err::CoucheInconnue,
-            QStringLiteral("La couche « %1 » n'est pas ouverte.").arg(QString::fromUtf8(nom)));
-    return *l;
-}
 
 QString nomAuCentre(carto::Layer* calque, const carto::Feature& terrain) {
     if (!calque)
@@ -97,7 +90,7 @@ RecordsetPtr collecte(Contexte& ctx, const QString& sType, const QString& param,
                       const QString& param2, bool jauge) {
     VariablesPubliques& v = ctx.v;
     Collecte c(ctx, jauge);
-    carto::Layer& tombes = requis(v.Calque_Tombe, "Tombes");
+    carto::Layer& tombes = calqueOuvert(v.Calque_Tombe, "Tombes");
 
     if (sType == QLatin1String("T")) {
         const Lecture lecture(tombes);
@@ -134,7 +127,7 @@ RecordsetPtr collecte(Contexte& ctx, const QString& sType, const QString& param,
             for (const carto::Feature& t : tombes.selection())
                 une(t);
     } else if (sType == QLatin1String("S")) {
-        carto::Layer& sections = requis(v.Calque_Sections, "Sections");
+        carto::Layer& sections = calqueOuvert(v.Calque_Sections, "Sections");
         carto::Feature section;
         {
             const Lecture lecture(sections);
@@ -151,7 +144,7 @@ RecordsetPtr collecte(Contexte& ctx, const QString& sType, const QString& param,
             c.pas();
         }
     } else if (sType == QLatin1String("A")) {
-        carto::Layer& allees = requis(v.Calque_Allees, "Allées");
+        carto::Layer& allees = calqueOuvert(v.Calque_Allees, "Allées");
         carto::Feature gardee;
         {
             const Lecture lecture(allees);

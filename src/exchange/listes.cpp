@@ -2,6 +2,7 @@
 
 #include "base/erreur.h"
 #include "carto/model/update_access.h"
+#include "context/calques.h"
 #include "context/contexte.h"
 #include "context/garde.h"
 #include "exchange/collecte.h"
@@ -17,14 +18,6 @@ namespace {
 
 const QString kToutes = QStringLiteral("Toutes les sections");
 
-carto::Layer& requis(carto::Layer* l, const char* nom) {
-    if (!l)
-        throw Erreur(
-            err::CoucheInconnue,
-            QStringLiteral("La couche « %1 » n'est pas ouverte.").arg(QString::fromUtf8(nom)));
-    return *l;
-}
-
 // The working record set goes back closed; the host gets its copy.
 RecordsetPtr rendu(const RecordsetPtr& rs) {
     RecordsetPtr copie = rs->clone();
@@ -35,7 +28,7 @@ RecordsetPtr rendu(const RecordsetPtr& rs) {
 } // namespace
 
 RecordsetPtr GetListeSections(Contexte& ctx) {
-    carto::Layer& sections = requis(ctx.v.Calque_Sections, "Sections");
+    carto::Layer& sections = calqueOuvert(ctx.v.Calque_Sections, "Sections");
     const RecordsetPtr rs = recordset::fromFieldSpec(QString::fromLatin1(kSpecSections));
     const qsizetype nom = rs->fieldIndex(u"Nom");
     const carto::ReadAccess lecture(sections);
@@ -48,7 +41,7 @@ RecordsetPtr GetListeSections(Contexte& ctx) {
 }
 
 RecordsetPtr GetListeAllees(Contexte& ctx, const QString& section) {
-    carto::Layer& allees = requis(ctx.v.Calque_Allees, "Allées");
+    carto::Layer& allees = calqueOuvert(ctx.v.Calque_Allees, "Allées");
     const RecordsetPtr rs = recordset::fromFieldSpec(QString::fromLatin1(kSpecAllees));
     const qsizetype nom = rs->fieldIndex(u"Nom");
     const qsizetype colonneSection = rs->fieldIndex(u"Section");
@@ -64,7 +57,7 @@ RecordsetPtr GetListeAllees(Contexte& ctx, const QString& section) {
             [&](const carto::Feature& a) { ajoute(a, SectionDuTerrain(ctx, a)); });
         return rendu(rs);
     }
-    carto::Layer& sections = requis(ctx.v.Calque_Sections, "Sections");
+    carto::Layer& sections = calqueOuvert(ctx.v.Calque_Sections, "Sections");
     carto::Feature trouvee;
     {
         const carto::ReadAccess lectureSections(sections);
@@ -109,7 +102,7 @@ void Creer_Combo_Section(Contexte& ctx) {
 
 void choisitSection(Contexte& ctx, const QString& texte) {
     ctx.s.TB_SaisieEmplacement->clear();
-    carto::Layer& sections = requis(ctx.v.Calque_Sections, "Sections");
+    carto::Layer& sections = calqueOuvert(ctx.v.Calque_Sections, "Sections");
     carto::MapView& carte = *ctx.s.Map1;
     if (texte != kToutes) {
         if (sections.findField().isEmpty())

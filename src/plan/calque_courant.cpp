@@ -1,14 +1,11 @@
 #include "plan/calque_courant.h"
 
+#include "context/calques.h"
 #include "context/contexte.h"
 
 namespace veldra {
 
 namespace {
-
-bool estCalque(const carto::Layer* l, const carto::Layer* autre) {
-    return l && autre && l->name() == autre->name();
-}
 
 // The side panel follows the current layer: plot numbers, or section and alley names.
 void ajusteVoletLateral(Contexte& ctx) {

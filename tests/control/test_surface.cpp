@@ -80,7 +80,6 @@ TEST(Surface, LateBindingDispatchesWhatIsBuiltAndRefusesTheRest) {
     // Members that arrive with later work.
     const std::set<QString> pasEncore = {"ImpCarte",
                                          "AfficheInfosRapides",
-                                         "Sauve",
                                          "SitueTombes",
                                          "Theme",
                                          "Action",
