@@ -39,6 +39,17 @@ struct VariablesPubliques {
     qint16 mintCurFrame = 0;
 };
 
+// What the pointer is doing on the map, for measuring and for renumbering moved plots.
+struct EtatPointeur {
+    bool mesure = false;             // a distance is being measured (tool 105)
+    carto::Point dernierClic;        // map point of the last left-button press
+    double longueurMesuree = 0;      // the closed segments of the measurement
+    double segment = 0;              // from the last click to the pointer
+    bool glisse = false;             // the left button moved while held
+    bool renumerotation = false;     // moved plots must get their numbers again
+    bool sauvegardeDifferee = false; // Timer1 has that to do
+};
+
 struct EtatControle {
     carto::Layer* calquePrecedent = nullptr;
     bool droitEdition = false;
@@ -55,6 +66,7 @@ struct EtatControle {
     bool sablierJauge = false;         // the gauge set the screen's hourglass
     QElapsedTimer jaugeDessinee;       // since the gauge was last drawn
     bool fontMax = false;              // FontMax: new number labels bold and sized to the plot
+    EtatPointeur pointeur;
 };
 
 // The events a module raises to the host, wired by the control to its signals.

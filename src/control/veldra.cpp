@@ -10,6 +10,7 @@
 #include "context/sablier.h"
 #include "control/types_automation.h"
 #include "editing/barre_outils.h"
+#include "editing/evenements_carte.h"
 #include "editing/sauve.h"
 #include "editing/selection.h"
 #include "editing/suppression.h"
@@ -91,8 +92,8 @@ void Veldra::connecteSurface() {
             garde(ctx_, [c] { changeCalqueCourant(*c); }));
     connect(surface_.CB_ModeEdition, &QCheckBox::clicked, this,
             garde(ctx_, [c] { appliqueModeEdition(*c); }));
-    // A one-shot deferred step: the editing modules arm it and say what it does.
-    connect(surface_.Timer1, &QTimer::timeout, surface_.Timer1, &QTimer::stop);
+    // Timer1 is the editing module's deferred save: it arms and stops it.
+    connecteEvenementsCarte(ctx_);
     surface_.Map1->installEventFilter(this);
     connect(surface_.Map1, &carto::MapView::viewChanged, this,
             garde(ctx_, [c] { afficheEchelle(*c); }));
