@@ -2,19 +2,26 @@
 
 #include "base/erreur.h"
 #include "capture_fenetre.h"
+#include "carto/view/map_view.h"
 #include "context/surface.h"
 #include "control/veldra.h"
 #include "fenetre_principale.h"
 
 #include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTextBlock>
+#include <QTimer>
+#include <QToolButton>
 #include <functional>
 #include <vector>
 
@@ -98,10 +105,118 @@ std::vector<Etape> premiereHeure(FenetrePrincipale& f, const QString& exemple,
     };
 }
 
+// Mouse events as the map receives them; the left button is held between press and
+// release.
+void souris(carto::MapView& carte, QEvent::Type type, carto::Point p,
+            Qt::MouseButton bouton = Qt::LeftButton) {
+    const QPointF ecran = carte.toScreen(p);
+    const Qt::MouseButtons tenus = type == QEvent::MouseMove ? Qt::MouseButtons(Qt::LeftButton)
+                                   : type == QEvent::MouseButtonRelease ? Qt::MouseButtons()
+                                                                        : Qt::MouseButtons(bouton);
+    QMouseEvent e(type, ecran, carte.mapToGlobal(ecran), bouton, tenus, Qt::NoModifier);
+    QCoreApplication::sendEvent(&carte, &e);
+}
+
+void glisse(carto::MapView& carte, carto::Point de, carto::Point a) {
+    souris(carte, QEvent::MouseButtonPress, de);
+    for (int i = 1; i <= 4; ++i)
+        souris(carte, QEvent::MouseMove,
+               {de.x + (a.x - de.x) * i / 4, de.y + (a.y - de.y) * i / 4});
+    souris(carte, QEvent::MouseButtonRelease, a);
+}
+
+void clique(carto::MapView& carte, carto::Point p) {
+    souris(carte, QEvent::MouseButtonPress, p);
+    souris(carte, QEvent::MouseButtonRelease, p);
+}
+
+void choisitCalque(const Surface& s, const QString& nom) {
+    const int i = s.Combo_Calque->findText(nom);
+    s.Combo_Calque->setCurrentIndex(i);
+    emit s.Combo_Calque->activated(i);
+}
+
+// A clerk edits the sample plan: a section drawn as a rectangle, a plot drawn corner by
+// corner and numbered, the plot moved with its number following, a distance measured.
+std::vector<Etape> edition(FenetrePrincipale& f) {
+    Veldra& c = f.plan();
+    const Surface& s = c.surface();
+    carto::MapView& carte = *s.Map1;
+    // An empty corner of the plan, right of the chapel.
+    const carto::Rect e =
+        c.Calque_Enceinte ? c.Calque_Enceinte->bounds() : carto::Rect{0, 0, 100, 60};
+    const carto::Point o{e.xmin + 0.80 * e.width(), e.ymin + 0.12 * e.height()};
+    const carto::Point coin1{o.x - 6, o.y - 3}, coin2{o.x + 6, o.y + 5};
+    const carto::Point terrain{o.x + 2, o.y};
+    return {
+        {QStringLiteral("mode-edition"),
+         {1280, 800},
+         [&s, &carte, o] {
+             s.CB_ModeEdition->click();
+             if (!s.C_AffSections->isChecked())
+                 s.C_AffSections->click();
+             carte.setBounds({o.x - 15, o.y - 10, o.x + 15, o.y + 10});
+         }},
+        {QStringLiteral("section-dessinee"),
+         {1280, 800},
+         [&s, &carte, coin1, coin2] {
+             choisitCalque(s, QStringLiteral("Sections"));
+             s.Btn_OutilsDessin_[4]->click();
+             glisse(carte, coin1, coin2);
+         }},
+        {QStringLiteral("terrain-dessine"),
+         {1280, 800},
+         [&s, &carte, terrain] {
+             choisitCalque(s, QStringLiteral("Tombes"));
+             s.Btn_OutilsDessin_[3]->click();
+             const carto::Point coins[] = {{terrain.x - 0.6, terrain.y - 1},
+                                           {terrain.x + 0.6, terrain.y - 1},
+                                           {terrain.x + 0.6, terrain.y + 1},
+                                           {terrain.x - 0.6, terrain.y + 1}};
+             for (const carto::Point& p : coins)
+                 clique(carte, p);
+             souris(carte, QEvent::MouseButtonDblClick, coins[3]);
+             souris(carte, QEvent::MouseButtonRelease, coins[3]);
+         }},
+        {QStringLiteral("numero-enregistre"),
+         {1280, 800},
+         [&s, &carte, terrain] {
+             s.B_Outils_[3]->click();
+             clique(carte, terrain);
+             s.SaisieNum->setText(QStringLiteral("99"));
+             s.Btn_Sauver->click();
+             clique(carte, {terrain.x - 8, terrain.y + 8}); // nothing there: the number shows
+         }},
+        {QStringLiteral("terrain-deplace"),
+         {1280, 800},
+         [&s, &carte, terrain] {
+             s.Btn_OutilsDessin_[2]->click();
+             glisse(carte, terrain, {terrain.x + 2.5, terrain.y + 1});
+             // The number follows once the deferred save has run.
+             const QDeadlineTimer fin(2000);
+             while (s.Timer1->isActive() && !fin.hasExpired())
+                 QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+             s.B_Outils_[3]->click();
+             clique(carte, {terrain.x - 8, terrain.y + 8});
+         }},
+        {QStringLiteral("distance-mesuree"),
+         {1280, 800},
+         [&s, &carte, coin1, coin2] {
+             s.B_Outils_[7]->click();
+             souris(carte, QEvent::MouseButtonPress, coin1);
+             souris(carte, QEvent::MouseButtonRelease, coin1);
+             const QPointF ecran = carte.toScreen(coin2);
+             QMouseEvent e(QEvent::MouseMove, ecran, carte.mapToGlobal(ecran), Qt::NoButton,
+                           Qt::NoButton, Qt::NoModifier);
+             QCoreApplication::sendEvent(&carte, &e);
+         }},
+    };
+}
+
 } // namespace
 
 QStringList nomsScenarios() {
-    return {QStringLiteral("premiere-heure")};
+    return {QStringLiteral("premiere-heure"), QStringLiteral("edition")};
 }
 
 QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const QString& planExemple,
@@ -114,7 +229,9 @@ QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const Q
         throw Erreur(err::AccesRefuse, QStringLiteral("Le dossier « %1 » ne peut pas être créé.")
                                            .arg(QDir::toNativeSeparators(dossier)));
     QTemporaryDir brouillon;
-    const std::vector<Etape> etapes = premiereHeure(fenetre, planExemple, brouillon.path());
+    const std::vector<Etape> etapes = nom == QLatin1String("edition")
+                                          ? edition(fenetre)
+                                          : premiereHeure(fenetre, planExemple, brouillon.path());
     QStringList images;
     int numero = 0;
     for (const Etape& e : etapes) {

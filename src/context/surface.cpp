@@ -225,6 +225,7 @@ void bandeBas(Surface& s, QWidget& c) {
         cree<QLabel>(s.Panel_Bas, "LrechercheSection", QStringLiteral("Section :"));
     s.Combo_section = cree<QComboBox>(s.Panel_Bas, "Combo_section");
     s.Combo_section->setMinimumWidth(110);
+    s.Combo_section->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     s.L_RechEmp = cree<QLabel>(s.Panel_Bas, "L_RechEmp", QStringLiteral("Emplacement :"));
     s.TB_SaisieEmplacement = cree<QLineEdit>(s.Panel_Bas, "TB_SaisieEmplacement");
     s.TB_SaisieEmplacement->setFixedWidth(90);

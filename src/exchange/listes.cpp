@@ -4,6 +4,7 @@
 #include "carto/model/update_access.h"
 #include "context/calques.h"
 #include "context/contexte.h"
+#include "context/disposition.h"
 #include "context/garde.h"
 #include "exchange/collecte.h"
 #include "recordset/field_spec.h"
@@ -98,6 +99,9 @@ void Creer_Combo_Section(Contexte& ctx) {
             combo.addItem(nom);
     });
     combo.setCurrentIndex(combo.count() > 0 ? 0 : -1);
+    // Wide enough for its longest entry; the search row follows.
+    combo.adjustSize();
+    dispose(ctx);
 }
 
 void choisitSection(Contexte& ctx, const QString& texte) {

@@ -168,6 +168,7 @@ TEST(Disposition, NothingOverlapsAndNoCaptionIsCutFromSmallToLargeWindows) {
         const QString nom = QStringLiteral("%1x%2").arg(taille.width()).arg(taille.height());
         verifiePanneau(*f.w<QWidget>("Panel_Haut"), nom);
         verifiePanneau(*f.w<QWidget>("Panel_Droite"), nom);
+        verifiePanneau(*f.w<QWidget>("Panel_Bas"), nom);
         // The name is shown, in full, between the tools and the scale.
         const QLabel* nomCimetiere = f.w<QLabel>("L_NomCimetiere");
         EXPECT_TRUE(nomCimetiere->isVisible()) << nom.toStdString();
