@@ -1,10 +1,13 @@
-// Drawing the 30,000-plot plan: a full redraw of the view, an export to JPEG and a pan
-// shown from the cached picture, beside gdal_rasterize of the same polygons at the same
-// size measured in the same run.
+// Drawing the 30,000-plot plan: a full redraw of the view, an export to JPEG, a pan shown
+// from the cached picture, and one plot moved (then undone and redone) with its area drawn
+// again, beside gdal_rasterize of the same polygons at the same size measured in the same
+// run.
 #include "bench_plans.h"
+#include "carto/model/edit_commands.h"
 #include "carto/view/map_view.h"
 
 #include <QApplication>
+#include <QUndoStack>
 #include <QWindow>
 #include <benchmark/benchmark.h>
 #include <gdal_priv.h>
@@ -18,9 +21,9 @@ constexpr QSize kViewSize(1600, 1000);
 
 struct ViewFixture {
     carto::MapView view;
-    explicit ViewFixture(int plots) {
+    explicit ViewFixture(int plots, bool copy = false) {
         view.resize(kViewSize);
-        view.map().loadMapSet(planOf(plots));
+        view.map().loadMapSet(copy ? copyOf(plots) : planOf(plots));
         view.setBounds(view.map().requireLayer(u"Enceinte").bounds());
         view.show();
         for (int i = 0; i < 10 && !view.windowHandle()->isExposed(); ++i)
@@ -37,6 +40,39 @@ void BM_Redraw(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_Redraw)->Arg(30000)->Unit(benchmark::kMillisecond);
+
+// One plot moved by a few centimetres, stored in the plan, and its area drawn again.
+void BM_MovePlotRedraw(benchmark::State& state) {
+    ViewFixture f(int(state.range(0)), true);
+    carto::Layer& plots = f.view.map().requireLayer(u"Tombes");
+    const std::vector<qint64> fid{plots.allFeatures().at(15000).fid()};
+    double dx = 0.05;
+    for (auto _ : state) {
+        dx = -dx;
+        f.view.map().execute(std::make_unique<carto::MoveFeatures>(plots, fid, dx, 0));
+        QApplication::processEvents(); // the coalesced redraw of the touched area
+    }
+}
+BENCHMARK(BM_MovePlotRedraw)->Arg(30000)->Unit(benchmark::kMillisecond);
+
+// Undo then redo of that move, each stored and drawn.
+void BM_UndoRedoMove(benchmark::State& state) {
+    ViewFixture f(int(state.range(0)), true);
+    QUndoStack history;
+    f.view.map().setUndoStack(&history);
+    carto::Layer& plots = f.view.map().requireLayer(u"Tombes");
+    const std::vector<qint64> fid{plots.allFeatures().at(15000).fid()};
+    f.view.map().execute(std::make_unique<carto::MoveFeatures>(plots, fid, 0.05, 0));
+    QApplication::processEvents();
+    for (auto _ : state) {
+        history.undo();
+        QApplication::processEvents();
+        history.redo();
+        QApplication::processEvents();
+    }
+    f.view.map().setUndoStack(nullptr);
+}
+BENCHMARK(BM_UndoRedoMove)->Arg(30000)->Unit(benchmark::kMillisecond);
 
 void BM_Export(benchmark::State& state) {
     ViewFixture f(int(state.range(0)));
