@@ -63,6 +63,8 @@ FenetrePrincipale::FenetrePrincipale(QSettings& reglages, QWidget* parent)
     sansPlan();
     // As a container loading the control: its saved properties before it is shown.
     plan_->ReadProperties(lisProprietes(reglages_));
+    // The demo lets its clerks undo their edits.
+    plan_->setAnnulation(true);
 }
 
 void FenetrePrincipale::setPrompter(std::unique_ptr<Prompter> prompter) {

@@ -14,6 +14,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
@@ -130,6 +131,12 @@ void clique(carto::MapView& carte, carto::Point p) {
     souris(carte, QEvent::MouseButtonRelease, p);
 }
 
+// A key pressed on the map, as the clerk's keyboard sends it.
+void touche(carto::MapView& carte, int cle, Qt::KeyboardModifiers modificateurs) {
+    QKeyEvent e(QEvent::KeyPress, cle, modificateurs);
+    QCoreApplication::sendEvent(&carte, &e);
+}
+
 void choisitCalque(const Surface& s, const QString& nom) {
     const int i = s.Combo_Calque->findText(nom);
     s.Combo_Calque->setCurrentIndex(i);
@@ -137,7 +144,9 @@ void choisitCalque(const Surface& s, const QString& nom) {
 }
 
 // A clerk edits the sample plan: a section drawn as a rectangle, a plot drawn corner by
-// corner and numbered, the plot moved with its number following, a distance measured.
+// corner and numbered, the plot moved with its number following, a distance measured;
+// then the move undone and redone, and everything undone, which leaves the sample as it
+// was.
 std::vector<Etape> edition(FenetrePrincipale& f) {
     Veldra& c = f.plan();
     const Surface& s = c.surface();
@@ -209,6 +218,22 @@ std::vector<Etape> edition(FenetrePrincipale& f) {
              QMouseEvent e(QEvent::MouseMove, ecran, carte.mapToGlobal(ecran), Qt::NoButton,
                            Qt::NoButton, Qt::NoModifier);
              QCoreApplication::sendEvent(&carte, &e);
+         }},
+        {QStringLiteral("deplacement-annule"),
+         {1280, 800},
+         [&s, &carte] {
+             s.Btn_FemerPanelDist->click();
+             s.B_Outils_[3]->click();
+             touche(carte, Qt::Key_Z, Qt::ControlModifier);
+         }},
+        {QStringLiteral("deplacement-retabli"),
+         {1280, 800},
+         [&carte] { touche(carte, Qt::Key_Y, Qt::ControlModifier); }},
+        {QStringLiteral("tout-annule"),
+         {1280, 800},
+         [&s] {
+             for (int i = 0; i < 20 && s.Btn_AnnulerEdition->isEnabled(); ++i)
+                 s.Btn_AnnulerEdition->click();
          }},
     };
 }

@@ -295,6 +295,14 @@ void panneauxFlottants(Surface& s, QWidget& c) {
     s.Btn_Texte = bouton(s.Btn_OutilsDessin, QStringLiteral("Btn_Texte"), QStringLiteral("T"),
                          QStringLiteral("Insérer un Texte sur la carte"));
     g->addWidget(s.Btn_Texte, 4, 0);
+    s.Btn_AnnulerEdition = bouton(s.Btn_OutilsDessin, QStringLiteral("Btn_AnnulerEdition"),
+                                  QStringLiteral("↶"), QStringLiteral("Annuler"));
+    s.Btn_RetablirEdition = bouton(s.Btn_OutilsDessin, QStringLiteral("Btn_RetablirEdition"),
+                                   QStringLiteral("↷"), QStringLiteral("Rétablir"));
+    g->addWidget(s.Btn_AnnulerEdition, 5, 0);
+    g->addWidget(s.Btn_RetablirEdition, 5, 1);
+    s.Btn_AnnulerEdition->hide();
+    s.Btn_RetablirEdition->hide();
     s.Panel_Outils->layout()->addWidget(s.Btn_OutilsDessin);
     s.Panel_Outils->adjustSize();
 
@@ -368,6 +376,8 @@ Surface construireSurface(QWidget& controle) {
     panneauxFlottants(s, controle);
     s.Timer1 = cree<QTimer>(&controle, "Timer1");
     s.Timer1->setInterval(100);
+    s.Historique = cree<QUndoStack>(&controle, "Historique");
+    s.Historique->setUndoLimit(200); // a day's edits, without holding a plan's worth
     // Floating panels and the gauge stay above the map.
     for (QWidget* w : std::initializer_list<QWidget*>{
              s.Panel_Localisation, s.Panel_Bibli, s.Panel_Dist, s.Panel_Outils, s.PInfos, s.picMore,

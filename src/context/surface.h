@@ -15,6 +15,7 @@
 #include <QTabBar>
 #include <QTimer>
 #include <QToolButton>
+#include <QUndoStack>
 #include <array>
 
 namespace veldra {
@@ -105,6 +106,9 @@ struct Surface {
     std::array<QToolButton*, 8> Btn_OutilsDessin_ = {};
     QFrame* Btn_OutilsDessin = nullptr;
     QToolButton* Btn_Texte = nullptr;
+    // Undo and redo of the user's edits; shown only while the host turns the history on.
+    QToolButton* Btn_AnnulerEdition = nullptr;
+    QToolButton* Btn_RetablirEdition = nullptr;
     QFrame* Panel_Localisation = nullptr;
     QLabel* Label8 = nullptr;
     QToolButton* HLBBttn1 = nullptr;
@@ -120,6 +124,7 @@ struct Surface {
     QFrame* picMore = nullptr;
 
     QTimer* Timer1 = nullptr;
+    QUndoStack* Historique = nullptr; // the open plan's edits, when the history is on
 };
 
 // Builds the widgets inside `controle`, in their design state (hidden panels hidden,

@@ -11,6 +11,7 @@
 #include "control/types_automation.h"
 #include "editing/barre_outils.h"
 #include "editing/evenements_carte.h"
+#include "editing/historique.h"
 #include "editing/sauve.h"
 #include "editing/selection.h"
 #include "editing/suppression.h"
@@ -94,6 +95,7 @@ void Veldra::connecteSurface() {
             garde(ctx_, [c] { appliqueModeEdition(*c); }));
     // Timer1 is the editing module's deferred save: it arms and stops it.
     connecteEvenementsCarte(ctx_);
+    connecteHistorique(ctx_);
     surface_.Map1->installEventFilter(this);
     connect(surface_.Map1, &carto::MapView::viewChanged, this,
             garde(ctx_, [c] { afficheEchelle(*c); }));
@@ -189,6 +191,14 @@ bool Veldra::FontMax() const {
 
 void Veldra::setFontMax(bool v) {
     ctx_.etat.fontMax = v;
+}
+
+bool Veldra::Annulation() const {
+    return historiqueActif(ctx_);
+}
+
+void Veldra::setAnnulation(bool v) {
+    activeHistorique(ctx_, v);
 }
 
 void Veldra::ChangeDroitEdition(bool& valeur) {

@@ -20,6 +20,8 @@ namespace veldra {
 class Veldra : public QWidget, public VariablesPubliques {
     Q_OBJECT
     Q_PROPERTY(bool FontMax READ FontMax WRITE setFontMax)
+    // Beyond the original, off by default: undo and redo of the user's edits.
+    Q_PROPERTY(bool Annulation READ Annulation WRITE setAnnulation)
     Q_PROPERTY(QString Repertoire_Export READ Repertoire_Export WRITE setRepertoire_Export)
     Q_PROPERTY(QString RepCurseurs READ RepCurseurs WRITE setRepCurseurs)
     Q_PROPERTY(QString RepFicAnalyse READ RepFicAnalyse WRITE setRepFicAnalyse)
@@ -33,6 +35,8 @@ public:
     // ---- properties
     bool FontMax() const;
     void setFontMax(bool v);
+    bool Annulation() const;
+    void setAnnulation(bool v);
     QString Repertoire_Export() const { return repertoireExport_; }
     void setRepertoire_Export(const QString& v);
     QString RepCurseurs() const;

@@ -95,6 +95,9 @@ void boutonOutils(Contexte& ctx, int index) {
 void boutonOutilsDessin(Contexte& ctx, int index) {
     Surface& s = ctx.s;
     MapView& m = *s.Map1;
+    // The drawing tools belong to an open plan (its custom tools are made by the opening).
+    if (!ctx.etat.planOuvert)
+        return;
     ignoreErreurs([&] { m.setMousePointer(carto::pointer::Default); });
     m.setInsertionLayer(ctx.carte().layer(s.Combo_Calque->currentText()));
     ignoreErreurs([&] { m.setEditingMode(carto::editmode::Features); });
@@ -164,8 +167,10 @@ void connecteBarresOutils(Contexte& ctx) {
     for (int i = 0; i < int(s.Btn_OutilsDessin_.size()); ++i)
         QObject::connect(s.Btn_OutilsDessin_[size_t(i)], &QToolButton::clicked, &ctx.controle,
                          garde(ctx, [c, i] { boutonOutilsDessin(*c, i); }));
-    QObject::connect(s.Btn_Texte, &QToolButton::clicked, &ctx.controle,
-                     garde(ctx, [c] { c->s.Map1->setCurrentTool(outil::Texte); }));
+    QObject::connect(s.Btn_Texte, &QToolButton::clicked, &ctx.controle, garde(ctx, [c] {
+                         if (c->etat.planOuvert)
+                             c->s.Map1->setCurrentTool(outil::Texte);
+                     }));
 }
 
 } // namespace veldra

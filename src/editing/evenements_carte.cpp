@@ -2,10 +2,12 @@
 
 #include "carto/geometry/geometry.h"
 #include "carto/model/layer.h"
+#include "carto/model/update_access.h"
 #include "context/calques.h"
 #include "context/contexte.h"
 #include "context/garde.h"
 #include "context/nombre_tombes.h"
+#include "editing/historique.h"
 #include "editing/sauve.h"
 #include "editing/selection.h"
 
@@ -25,6 +27,10 @@ constexpr int kOutilCercle = 107;
 constexpr int kOutilSelection = carto::tool::Select;
 constexpr carto::Colour kCouleurSection = 0xC0C0FF;
 constexpr carto::Colour kCouleurAllee = 0xC0FFC0;
+// A drag is one step of the history: the stale labels cleared on release, the tool's move
+// right after, and the numbers made again by the deferred save.
+const carto::UndoStep kAvantDeplacement{QStringLiteral("Déplacer"), false, true};
+const carto::UndoStep kSuiteDuDeplacement{QStringLiteral("Déplacer"), true, false};
 
 // "###0.00" as a French clerk reads it.
 QString deuxDecimales(double v) {
@@ -107,7 +113,8 @@ void boutonRelache(Contexte& ctx, int bouton) {
         return;
     }
     // The labels at the plots' old places go now; Sauve makes them again at the new ones.
-    if (v.Calque_Numero)
+    if (v.Calque_Numero) {
+        carto::UpdateAccess acces(ctx.carte(), kAvantDeplacement);
         for (const carto::Feature& t : v.ObjSel) {
             const QString numero = t.attribute(u"Numero").toString();
             for (const carto::Feature& n : v.Calque_Numero->searchWithinRectangle(
@@ -115,6 +122,8 @@ void boutonRelache(Contexte& ctx, int bouton) {
                 if (n.text() == numero)
                     v.Calque_Numero->deleteFeature(n.fid());
         }
+        acces.commit();
+    }
     ctx.s.Timer1->start();
     p.renumerotation = true;
 }
@@ -146,6 +155,15 @@ void outilPersonnaliseUtilise(Contexte& ctx, int outil, double x1, double y1, do
     afficheNombreTombes(ctx);
 }
 
+void toucheEnfoncee(Contexte& ctx, int code, int shift) {
+    // Ctrl+C and Ctrl+V arrive with the context menu's Copy and Paste.
+    constexpr int kCtrl = 2, kCtrlMaj = 3, kZ = 90, kY = 89;
+    if (shift == kCtrl && code == kZ)
+        annuleEdition(ctx);
+    else if ((shift == kCtrl && code == kY) || (shift == kCtrlMaj && code == kZ))
+        retablitEdition(ctx);
+}
+
 void etatEdition(Contexte& ctx, int code) {
     if (code != carto::editstatus::Completed)
         return;
@@ -160,12 +178,14 @@ void sauvegardeDifferee(Contexte& ctx) {
         return;
     VariablesPubliques& v = ctx.v;
     if (v.Calque_Tombe && !v.Calque_Tombe->selection().isEmpty()) {
+        carto::UpdateAccess acces(ctx.carte(), kSuiteDuDeplacement);
         const carto::Features choisis = v.ObjSel;
         for (const carto::Feature& t : choisis) {
             const carto::Feature actuel = t.layer() ? t.layer()->feature(t.fid()) : t;
             ctx.s.SaisieNum->setText(actuel.attribute(u"Numero").toString());
             Sauve(ctx, actuel);
         }
+        acces.commit();
     }
     p.sauvegardeDifferee = false;
     p.renumerotation = false;
@@ -197,6 +217,8 @@ void connecteEvenementsCarte(Contexte& ctx) {
         carte, &carto::MapView::polyToolUsed, o,
         garde(ctx, [c](int outil, int phase, const std::vector<carto::Point>& points, bool, bool,
                        bool&) { tracePolyligne(*c, outil, phase, points); }));
+    QObject::connect(carte, &carto::MapView::keyDown, o,
+                     garde(ctx, [c](int code, int shift) { toucheEnfoncee(*c, code, shift); }));
     QObject::connect(carte, &carto::MapView::editStatus, o,
                      garde(ctx, [c](int code) { etatEdition(*c, code); }));
     QObject::connect(ctx.s.Timer1, &QTimer::timeout, o,

@@ -19,6 +19,8 @@ void boutonRelache(Contexte& ctx, int bouton);
 void tracePolyligne(Contexte& ctx, int outil, int phase, const std::vector<carto::Point>& points);
 void outilPersonnaliseUtilise(Contexte& ctx, int outil, double x1, double y1, double x2, double y2,
                               double distance);
+// Ctrl+Z undoes, Ctrl+Y and Ctrl+Shift+Z redo, when the history is on.
+void toucheEnfoncee(Contexte& ctx, int code, int shift);
 void etatEdition(Contexte& ctx, int code);
 // Timer1's tick.
 void sauvegardeDifferee(Contexte& ctx);

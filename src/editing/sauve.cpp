@@ -94,7 +94,8 @@ void sauveTerrain(Contexte& ctx, const carto::Feature& fSel) {
     tombes.setKeyField(QStringLiteral("Numero"));
 
     // One bracket: a broken rule or a failure writes nothing.
-    carto::UpdateAccess acces(ctx.carte());
+    carto::UpdateAccess acces(ctx.carte(),
+                              carto::UndoStep{QStringLiteral("Enregistrer le numéro")});
     if (v.Calque_Allees && !saisie.trimmed().isEmpty()) {
         const carto::Features allees = v.Calque_Allees->searchAtPoint(centre);
         if (!allees.isEmpty())

@@ -4,6 +4,7 @@
 #include "context/calques.h"
 #include "context/contexte.h"
 #include "context/nombre_tombes.h"
+#include "editing/historique.h"
 
 namespace veldra {
 
@@ -61,9 +62,10 @@ void procedureSuppression(Contexte& ctx) {
 }
 
 void ConfirmSupp(Contexte& ctx, bool valeurConfirm, const QString& message) {
-    if (valeurConfirm)
+    if (valeurConfirm) {
         procedureSuppression(ctx);
-    else
+        oublieHistorique(ctx);
+    } else
         ctx.prompter().message(message, boutons::Ok, QString());
 }
 

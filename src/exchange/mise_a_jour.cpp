@@ -169,6 +169,8 @@ void MAJ(Contexte& ctx, RecordsetPtr& rs, const QString& typeMaj) {
         rs->moveNext();
     }
     acces.commit();
+    // The host's register has moved on: the user's earlier steps cannot be undone safely.
+    ctx.s.Historique->clear();
     rs->close();
     rs = nullptr;
 }

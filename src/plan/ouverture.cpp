@@ -227,6 +227,8 @@ void ouvrePlan(Contexte& ctx, const QString& chemin, const QString& nom, bool no
     o.etape([&] { prepareCarteLocalisation(ctx); });
     o.etape([&] { litParametres(ctx); });
     o.etape([&] { appelle(ctx.crochets.creeComboSection); });
+    // The new plan's enclosure is where the plan starts, not a step to undo.
+    s.Historique->clear();
 }
 
 } // namespace veldra

@@ -9,6 +9,7 @@
 #include "plan_fixture.h"
 #include "refus_ecriture.h"
 
+#include <QCoreApplication>
 #include <QUndoStack>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -242,6 +243,105 @@ TEST(EditCommands, ABracketOpenedAroundCommandsKeepsThemOffTheStack) {
     EXPECT_EQ(stack.count(), 0);
     plots.deleteFeature(p.ids[1]);
     EXPECT_EQ(stack.count(), 1);
+}
+
+TEST(UndoSteps, AUserActionIsOneStepAndAFailedPartOfItIsLeftOut) {
+    Plots p;
+    Map map;
+    QUndoStack stack;
+    Layer& plots = p.open(map, &stack);
+    {
+        UpdateAccess action(map, UndoStep{QStringLiteral("Enregistrer")});
+        map.execute(std::make_unique<MoveFeatures>(plots, std::vector<qint64>{p.ids[0]}, 0, 5));
+        try {
+            UpdateAccess partie(map); // refused halfway: neither kept nor on the stack
+            map.execute(std::make_unique<MoveFeatures>(plots, std::vector<qint64>{p.ids[1]}, 0, 5));
+            throw veldra::Erreur(veldra::err::EcritureImpossible, QStringLiteral("refus"));
+        } catch (const veldra::Erreur&) {
+        }
+        plots.deleteFeature(p.ids[2]);
+        action.commit();
+    }
+    ASSERT_EQ(stack.count(), 1);
+    EXPECT_EQ(stack.undoText(), QStringLiteral("Enregistrer"));
+    std::vector<Point> after = p.original();
+    after[0].y += 5;
+    after[2] = {-1, -1};
+    EXPECT_EQ(p.corners(plots), after);
+
+    stack.undo();
+    EXPECT_EQ(p.corners(plots), p.original());
+    EXPECT_EQ(p.stored(), p.original());
+    stack.redo();
+    EXPECT_EQ(p.corners(plots), after);
+    EXPECT_EQ(p.stored(), after);
+
+    // A bracket left without commit leaves nothing on the stack; one without a step name
+    // keeps its commands off it, as the host's updates do.
+    {
+        UpdateAccess abandon(map, UndoStep{QStringLiteral("Abandon")});
+        plots.deleteFeature(p.ids[3]);
+    }
+    {
+        UpdateAccess hote(map);
+        plots.deleteFeature(p.ids[4]);
+        hote.commit();
+    }
+    EXPECT_EQ(stack.count(), 1);
+    EXPECT_TRUE(plots.hasFeature(p.ids[3]));
+}
+
+TEST(UndoSteps, AGestureMadeInThreeEventsIsUndoneInOneStep) {
+    Plots p;
+    Map map;
+    QUndoStack stack;
+    Layer& plots = p.open(map, &stack);
+    const std::vector<qint64> first{p.ids[0]};
+
+    // On release: a plot's label goes; the tool's move joins it in the same event.
+    {
+        UpdateAccess avant(map, UndoStep{QStringLiteral("Déplacer"), false, true});
+        plots.deleteFeature(p.ids[4]);
+        avant.commit();
+    }
+    EXPECT_EQ(stack.count(), 0);
+    map.execute(std::make_unique<MoveFeatures>(plots, first, 3, 0));
+    EXPECT_EQ(stack.count(), 1);
+    // Later, the number made again joins both.
+    {
+        UpdateAccess suite(map, UndoStep{QStringLiteral("Déplacer"), true, false});
+        map.execute(std::make_unique<SetAttribute>(plots, first, u"IDGCF", 5));
+        suite.commit();
+    }
+    ASSERT_EQ(stack.count(), 1);
+    QCoreApplication::processEvents(); // nothing is held any more
+    EXPECT_EQ(stack.count(), 1);
+
+    std::vector<Point> moved = p.original();
+    moved[0].x += 3;
+    moved[4] = {-1, -1};
+    stack.undo();
+    EXPECT_EQ(p.corners(plots), p.original());
+    EXPECT_EQ(p.stored(), p.original());
+    EXPECT_TRUE(plots.feature(p.ids[0]).attribute(u"IDGCF").isNull());
+    stack.redo();
+    EXPECT_EQ(p.corners(plots), moved);
+    EXPECT_EQ(plots.feature(p.ids[0]).attribute(u"IDGCF").toInt(), 5);
+
+    // A held step that nothing joins stands alone once the event is over.
+    {
+        UpdateAccess avant(map, UndoStep{QStringLiteral("Déplacer"), false, true});
+        plots.deleteFeature(p.ids[3]);
+        avant.commit();
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(stack.count(), 2);
+    map.execute(std::make_unique<MoveFeatures>(plots, first, 1, 0));
+    EXPECT_EQ(stack.count(), 3);
+    stack.undo();
+    stack.undo();
+    EXPECT_TRUE(plots.hasFeature(p.ids[3]));
+    EXPECT_EQ(p.corners(plots), moved);
 }
 
 TEST(LayerSettings, ChangesAreReportedOnceAndOnlyWhenTheyChange) {

@@ -1,46 +1,13 @@
 // The map's notifications: measuring, rectangles and circles, and plots moved with the
 // pointer getting their numbers again once the move is stored.
+#include "carte_fixture.h"
 #include "carto/geometry/geometry.h"
-#include "control_fixture.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QTest>
 #include <QToolButton>
 
 using namespace veldra;
-
-namespace {
-
-struct Carte : ControleFixture {
-    Carte() { ouvre(plan(120)); }
-    carto::MapView& vue() { return *c->surface().Map1; }
-    void edition() { w<QCheckBox>("CB_ModeEdition")->click(); }
-    void calque(const QString& nom) {
-        QComboBox* combo = w<QComboBox>("Combo_Calque");
-        const int i = combo->findText(nom);
-        combo->setCurrentIndex(i);
-        emit combo->activated(i);
-    }
-    // Mouse events as the widget receives them, with the left button held between press
-    // and release.
-    void souris(QEvent::Type type, carto::Point p, Qt::MouseButton bouton, Qt::MouseButtons tenus) {
-        const QPointF ecran = vue().toScreen(p);
-        QMouseEvent e(type, ecran, vue().mapToGlobal(ecran), bouton, tenus, Qt::NoModifier);
-        QCoreApplication::sendEvent(&vue(), &e);
-    }
-    void glisse(carto::Point de, carto::Point a) {
-        souris(QEvent::MouseButtonPress, de, Qt::LeftButton, Qt::LeftButton);
-        for (int i = 1; i <= 4; ++i)
-            souris(QEvent::MouseMove, {de.x + (a.x - de.x) * i / 4, de.y + (a.y - de.y) * i / 4},
-                   Qt::NoButton, Qt::LeftButton);
-        souris(QEvent::MouseButtonRelease, a, Qt::LeftButton, Qt::NoButton);
-    }
-};
-
-} // namespace
 
 TEST(EvenementsCarte, MeasuringShowsTheSegmentAndTheTotalInFrench) {
     Carte f;

@@ -29,6 +29,8 @@ EditCommand::EditCommand(Map& map, const QString& text) : QUndoCommand(text), ma
 void EditCommand::run() {
     UpdateAccess access(map_);
     apply();
+    for (const auto& f : followers_)
+        f->apply();
     access.commit();
 }
 
@@ -46,12 +48,22 @@ void EditCommand::redo() {
 void EditCommand::undo() {
     try {
         UpdateAccess access(map_);
+        for (auto it = followers_.rbegin(); it != followers_.rend(); ++it)
+            (*it)->revert();
         revert();
         access.commit();
     } catch (const Erreur& e) {
         setObsolete(true);
         emit map_.editFailed(e);
     }
+}
+
+bool EditCommand::mergeWith(const QUndoCommand* other) {
+    const auto* step = dynamic_cast<const EditGroup*>(other);
+    if (!step || !step->joinsPrevious_)
+        return false;
+    followers_.insert(followers_.end(), step->commands_.begin(), step->commands_.end());
+    return true;
 }
 
 // ---- AddFeatures
@@ -173,7 +185,8 @@ SetStyle::SetStyle(Layer& layer, const std::vector<qint64>& fids, const Style& s
 
 // ---- EditGroup
 
-EditGroup::EditGroup(Map& map, const QString& text) : EditCommand(map, text) {}
+EditGroup::EditGroup(Map& map, const QString& text, bool joinsPrevious)
+    : EditCommand(map, text), joinsPrevious_(joinsPrevious) {}
 
 void EditGroup::apply() {
     for (const auto& c : commands_)

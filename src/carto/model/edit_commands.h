@@ -34,6 +34,10 @@ public:
     void undo() final;
     // Map::execute has run the command already: the stack's first redo() does nothing.
     void markDone() { done_ = true; }
+    // Every edit command has this id, so the undo stack offers each new step to the one
+    // before it; mergeWith takes only a step that joins the previous one (UndoStep).
+    int id() const override { return kId; }
+    bool mergeWith(const QUndoCommand* other) override;
 
 protected:
     // Called inside an update bracket. Throw to fail: the bracket undoes what was written.
@@ -43,8 +47,11 @@ protected:
 
 private:
     friend class EditGroup;
+    static constexpr int kId = 0x5645;
     Map& map_;
     bool done_ = false;
+    // Steps joined to this one: redone after it, undone before it, in one bracket.
+    std::vector<std::shared_ptr<EditCommand>> followers_;
 };
 
 // New features in a layer. added() gives them as stored, with their FIDs; the handle
@@ -119,14 +126,15 @@ public:
     SetStyle(Layer& layer, const std::vector<qint64>& fids, const Style& style);
 };
 
-// Several commands done as one, in order, and undone in reverse order.
+// Several commands done as one, in order, and undone in reverse order. A group that
+// joins the previous step gives its commands to that step when the stack merges them.
 class EditGroup : public EditCommand {
 public:
-    EditGroup(Map& map, const QString& text);
+    EditGroup(Map& map, const QString& text, bool joinsPrevious = false);
     // The command is done when the group is; returns it for reading its results.
     template <typename C> C& add(std::unique_ptr<C> command) {
         C& ref = *command;
-        commands_.push_back(std::move(command));
+        commands_.push_back(std::shared_ptr<EditCommand>(std::move(command)));
         return ref;
     }
     bool isEmpty() const { return commands_.empty(); }
@@ -136,7 +144,10 @@ protected:
     void revert() override;
 
 private:
-    std::vector<std::unique_ptr<EditCommand>> commands_;
+    friend class EditCommand;
+    // Shared, so that a step merged into another stays alive once the stack deletes it.
+    std::vector<std::shared_ptr<EditCommand>> commands_;
+    bool joinsPrevious_;
 };
 
 } // namespace carto

@@ -236,34 +236,86 @@ void Map::execute(std::unique_ptr<EditCommand> command) {
     command->run();
     if (topLevel && undoStack_) {
         command->markDone();
-        undoStack_->push(command.release());
+        pushStep(std::move(command));
+    } else if (!topLevel && recording_) {
+        recording_->commands.push_back(std::move(command));
     }
 }
 
+void Map::pushRecorded(std::unique_ptr<Recording> r) {
+    if (!r || r->commands.empty() || !undoStack_)
+        return;
+    auto group = std::make_unique<EditGroup>(*this, r->text, r->joinsPrevious);
+    for (auto& c : r->commands)
+        group->add(std::move(c));
+    group->markDone();
+    if (!r->joinsNext)
+        return pushStep(std::move(group));
+    releaseHeldStep();
+    held_ = std::move(group);
+    QMetaObject::invokeMethod(this, &Map::releaseHeldStep, Qt::QueuedConnection);
+}
+
+void Map::pushStep(std::unique_ptr<EditCommand> step) {
+    if (held_) {
+        // The held step and this one are one action: undone together, this one first.
+        auto action = std::make_unique<EditGroup>(*this, step->text());
+        action->add(std::move(held_));
+        action->add(std::move(step));
+        action->markDone();
+        step = std::move(action);
+    }
+    if (undoStack_)
+        undoStack_->push(step.release());
+}
+
+void Map::releaseHeldStep() {
+    if (held_)
+        pushStep(std::unique_ptr<EditCommand>(std::move(held_)));
+}
+
 void Map::setUndoStack(QUndoStack* stack) {
+    held_.reset();
     undoStack_ = stack;
 }
 
 void Map::clearUndoStack() {
+    held_.reset();
     if (undoStack_)
         undoStack_->clear();
 }
 
-std::size_t Map::openBracket() {
+std::size_t Map::openBracket(const UndoStep* step) {
     if (depth_ == 0) {
         if (store_)
             store_->begin();
         journal_.clear();
         pending_.clear();
         poisoned_ = false;
+        recording_.reset();
+        if (step && undoStack_) {
+            recording_ = std::make_unique<Recording>();
+            recording_->text = step->text;
+            recording_->joinsPrevious = step->joinsPrevious;
+            recording_->joinsNext = step->joinsNext;
+        }
     }
+    if (recording_)
+        recording_->marks.push_back(recording_->commands.size());
     ++depth_;
     return journal_.size();
 }
 
 void Map::closeBracket(std::size_t mark, bool keep) {
+    std::size_t recorded = 0;
+    if (recording_) {
+        recorded = recording_->marks.back();
+        recording_->marks.pop_back();
+    }
     if (depth_ > 1) {
         --depth_;
+        if (!keep && recording_)
+            recording_->commands.resize(recorded);
         if (!keep) {
             // Only this bracket's writes go; the outer transaction goes on.
             try {
@@ -296,7 +348,11 @@ void Map::closeBracket(std::size_t mark, bool keep) {
     journal_.clear();
     poisoned_ = false;
     depth_ = 0;
+    // Taken before the changes are reported: a listener may open a bracket of its own.
+    std::unique_ptr<Recording> step = std::move(recording_);
     flushChanges();
+    if (keep && !failure)
+        pushRecorded(std::move(step));
     if (failure)
         throw *failure;
 }
@@ -341,6 +397,8 @@ void Map::flushChanges() {
 }
 
 UpdateAccess::UpdateAccess(Map& map) : map_(map), mark_(map.openBracket()) {}
+
+UpdateAccess::UpdateAccess(Map& map, UndoStep step) : map_(map), mark_(map.openBracket(&step)) {}
 
 UpdateAccess::~UpdateAccess() {
     if (open_)

@@ -23,8 +23,10 @@
 namespace carto {
 
 class EditCommand;
+class EditGroup;
 class MapStore;
 class UpdateAccess;
+struct UndoStep;
 
 // Names the map engine reads and writes where a map set leaves them open.
 struct MapSetOptions {
@@ -69,7 +71,8 @@ public:
     void removeDataset(QStringView name);
 
     // Runs the command inside one update bracket. Erreur when it fails: nothing of it is
-    // kept. Done outside any bracket, it then goes on the attached undo stack, if any.
+    // kept. Done outside any bracket, it then goes on the attached undo stack, if any;
+    // inside a bracket opened with an UndoStep, it becomes part of that step.
     void execute(std::unique_ptr<EditCommand> command);
     // The stack that keeps executed commands (not owned); cleared when layers go away.
     void setUndoStack(QUndoStack* stack);
@@ -96,7 +99,7 @@ private:
     friend class EditCommand;
 
     // The bracket: open returns the journal's mark, close keeps or undoes what follows it.
-    std::size_t openBracket();
+    std::size_t openBracket(const UndoStep* step = nullptr);
     void closeBracket(std::size_t mark, bool keep);
     // Called by layers for every write inside a bracket: what the feature was before.
     void journal(Layer& layer, qint64 fid, std::shared_ptr<const FeatureData> before);
@@ -123,6 +126,22 @@ private:
     std::vector<JournalEntry> journal_;
     std::map<const Layer*, Change> pending_;
     QPointer<QUndoStack> undoStack_;
+
+    // The commands of a bracket opened with an UndoStep; marks_ holds, per open bracket,
+    // how many there were when it opened, so that a failed inner bracket drops its own.
+    struct Recording {
+        QString text;
+        bool joinsPrevious = false;
+        bool joinsNext = false;
+        std::vector<std::unique_ptr<EditCommand>> commands;
+        std::vector<std::size_t> marks;
+    };
+    std::unique_ptr<Recording> recording_;
+    void pushRecorded(std::unique_ptr<Recording> step);
+    // Every step reaches the stack here, joined with the held step if there is one.
+    void pushStep(std::unique_ptr<EditCommand> step);
+    void releaseHeldStep();
+    std::unique_ptr<EditGroup> held_;
 };
 
 } // namespace carto

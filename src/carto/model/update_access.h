@@ -9,6 +9,7 @@
 // only its own writes, so the outer bracket may go on (a record skipped in a batch). The
 // changes are reported by Map::changed when the outermost bracket ends.
 
+#include <QString>
 #include <cstddef>
 
 namespace carto {
@@ -16,10 +17,24 @@ namespace carto {
 class Layer;
 class Map;
 
+// What a user's action leaves on the map's undo stack: every command run inside its
+// bracket, as one step named `text`. A step that finishes a gesture begun by the step
+// before it (a moved plot getting its number again) joins that step; a step that prepares
+// the command about to follow in the same event (labels cleared before a tool moves their
+// plots) is held and joined by it, or stands alone once the event is over.
+struct UndoStep {
+    QString text;
+    bool joinsPrevious = false;
+    bool joinsNext = false;
+};
+
 class UpdateAccess {
 public:
     // Erreur (EcritureImpossible) when storage cannot start a transaction.
     explicit UpdateAccess(Map& map);
+    // The same, and the bracket's commands become one step of the undo stack when it is
+    // the outermost one, is committed and the map has a stack. Inner brackets ignore it.
+    UpdateAccess(Map& map, UndoStep step);
     // Rolls back unless committed.
     ~UpdateAccess();
     UpdateAccess(const UpdateAccess&) = delete;
