@@ -1,5 +1,6 @@
 #include "veldra-plan/command_line.h"
 
+#include "veldra-plan/cursors.h"
 #include "veldra-plan/empty_plan.h"
 #include "veldra-plan/symbol_library.h"
 
@@ -70,10 +71,11 @@ std::variant<Command, QString> parseCommandLine(const QStringList& args) {
         c.name = args[2];
         return c;
     }
-    if (verb == QLatin1String("library")) {
+    if (verb == QLatin1String("library") || verb == QLatin1String("resources")) {
         if (args.size() != 2)
             return wrongCount(verb);
-        c.kind = Command::Kind::Library;
+        c.kind =
+            verb == QLatin1String("library") ? Command::Kind::Library : Command::Kind::Resources;
         c.folder = args[1];
         return c;
     }
@@ -90,7 +92,9 @@ QString usage() {
         "  veldra-plan generate DOSSIER [--plots N] [--seed S] [--name NOM] [--no-raster]\n"
         "      écrit un plan d'exemple de N emplacements (1200), graine S (1), NOM (Exemple)\n"
         "  veldra-plan library DOSSIER\n"
-        "      écrit la bibliothèque de symboles DOSSIER/Bibli/Bibli.gst\n");
+        "      écrit la bibliothèque de symboles DOSSIER/Bibli/Bibli.gst\n"
+        "  veldra-plan resources DOSSIER\n"
+        "      écrit ce que le dossier du contrôle contient : curseurs et bibliothèque\n");
 }
 
 QString runCommand(const Command& command) {
@@ -101,6 +105,8 @@ QString runCommand(const Command& command) {
         return generateSamplePlan(command.folder, command.sample);
     case Command::Kind::Library:
         return buildSymbolLibrary(command.folder);
+    case Command::Kind::Resources:
+        return writeControlResources(command.folder);
     case Command::Kind::Help:
         break;
     }

@@ -3,6 +3,7 @@
 //   veldra-plan create FOLDER NAME
 //   veldra-plan generate FOLDER [--plots N] [--seed S] [--name NAME] [--no-raster]
 //   veldra-plan library FOLDER
+//   veldra-plan resources FOLDER
 
 #include "veldra-plan/sample_plan.h"
 
@@ -13,7 +14,7 @@
 namespace veldra::plantool {
 
 struct Command {
-    enum class Kind { Create, Generate, Library, Help };
+    enum class Kind { Create, Generate, Library, Resources, Help };
     Kind kind = Kind::Help;
     QString folder;
     QString name;         // create

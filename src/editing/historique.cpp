@@ -2,6 +2,8 @@
 
 #include "context/contexte.h"
 #include "context/garde.h"
+#include "context/nombre_tombes.h"
+#include "editing/selection.h"
 
 #include <QApplication>
 
@@ -36,14 +38,28 @@ void activeHistorique(Contexte& ctx, bool active) {
     boutonsHistorique(ctx);
 }
 
+namespace {
+
+// The counts of the panel follow what an undo or a redo added or took away.
+void apresPas(Contexte& ctx) {
+    afficheNombreTombes(ctx);
+    selectionChangee(ctx);
+}
+
+} // namespace
+
 void annuleEdition(Contexte& ctx) {
-    if (historiqueActif(ctx) && !gesteEnCours(ctx))
-        ctx.s.Historique->undo();
+    if (!historiqueActif(ctx) || gesteEnCours(ctx) || !ctx.s.Historique->canUndo())
+        return;
+    ctx.s.Historique->undo();
+    apresPas(ctx);
 }
 
 void retablitEdition(Contexte& ctx) {
-    if (historiqueActif(ctx) && !gesteEnCours(ctx))
-        ctx.s.Historique->redo();
+    if (!historiqueActif(ctx) || gesteEnCours(ctx) || !ctx.s.Historique->canRedo())
+        return;
+    ctx.s.Historique->redo();
+    apresPas(ctx);
 }
 
 void oublieHistorique(Contexte& ctx) {

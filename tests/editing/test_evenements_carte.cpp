@@ -2,6 +2,7 @@
 // pointer getting their numbers again once the move is stored.
 #include "carte_fixture.h"
 #include "carto/geometry/geometry.h"
+#include "veldra-plan/cursors.h"
 
 #include <QLabel>
 #include <QTest>
@@ -35,6 +36,21 @@ TEST(EvenementsCarte, MeasuringShowsTheSegmentAndTheTotalInFrench) {
     f.w<QLabel>("L_DistTotale")->clear();
     emit v.mouseMoved(0, 0, 200, 200); // the measure is over: nothing moves
     EXPECT_TRUE(f.w<QLabel>("L_DistTotale")->text().isEmpty());
+}
+
+TEST(EvenementsCarte, MeasuringTakesTheRulerPointerFromTheCursorFolder) {
+    Carte f;
+    QString dossier = f.dir.filePath(QStringLiteral("curseurs"));
+    f.c->setRepCurseurs(dossier);
+    f.c->surface().B_Outils_[7]->click(); // no cursor files there: the default pointer stays
+    EXPECT_TRUE(f.vue().mouseIcon().isEmpty());
+    veldra::plantool::writeCursors(dossier);
+    f.c->setRepCurseurs(dossier += QStringLiteral("/Images/Curseurs"));
+    f.c->surface().B_Outils_[7]->click();
+    EXPECT_EQ(f.vue().mousePointer(), carto::pointer::Custom);
+    EXPECT_EQ(f.vue().mouseIcon(), f.c->RepCurseurs() + QStringLiteral("CurRegle.cur"));
+    f.c->surface().B_Outils_[3]->click();
+    EXPECT_EQ(f.vue().mousePointer(), carto::pointer::Default);
 }
 
 TEST(EvenementsCarte, RectanglesAndCirclesTakeTheirLayersColour) {

@@ -6,6 +6,7 @@
 #include "carto/model/map.h"
 
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -171,4 +172,22 @@ TEST(Historique, AMovedPlotComesBackWithItsNumberInOneStep) {
     EXPECT_NEAR(tombes.feature(t.fid()).centre().x, deplace.centre().x, 1e-9);
     EXPECT_EQ(f.etiquettes(deplace, numero), 1);
     EXPECT_EQ(f.etiquettes(t, numero), 0);
+}
+
+TEST(Historique, ThePlotCountFollowsAnUndoAndARedo) {
+    Historique f;
+    f.c->setAnnulation(true);
+    f.edition();
+    f.calque(QStringLiteral("Tombes"));
+    const QString avant = f.w<QLabel>("L_NB_Tombes")->text();
+    f.rectangle(1000);
+    const QString apres = f.w<QLabel>("L_NB_Tombes")->text();
+    ASSERT_NE(apres, avant);
+    f.touche(Qt::Key_Z);
+    EXPECT_EQ(f.w<QLabel>("L_NB_Tombes")->text(), avant);
+    EXPECT_TRUE(f.w<QLabel>("Num_Selec")
+                    ->text()
+                    .endsWith(QStringLiteral("/%1").arg(f.c->Calque_Tombe->featureCount())));
+    f.touche(Qt::Key_Y);
+    EXPECT_EQ(f.w<QLabel>("L_NB_Tombes")->text(), apres);
 }

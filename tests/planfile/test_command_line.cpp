@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -102,6 +103,16 @@ TEST(CommandLine, PrintsThePathOrTheMessageWithItsStatus) {
     r = run({"library", dir.path()});
     EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
     EXPECT_TRUE(r.out.trimmed().endsWith("Bibli/Bibli.gst"));
+
+    // A control's folder: both cursors readable as cursors, and the library.
+    r = run({"resources", dir.path()});
+    EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+    for (const char* cursor : {"CurRegle.cur", "Infos.cur"}) {
+        const QImage image(QDir(dir.path()).filePath(QStringLiteral("Images/Curseurs/") + cursor),
+                           "cur");
+        EXPECT_EQ(image.size(), QSize(32, 32)) << cursor;
+    }
+    EXPECT_TRUE(QFile::exists(QDir(dir.path()).filePath("Bibli/Bibli.gst")));
 
     r = run({"frobnicate"});
     EXPECT_EQ(r.exitCode, 2);
