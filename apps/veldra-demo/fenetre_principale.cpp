@@ -8,6 +8,7 @@
 #include "proprietes_hote.h"
 #include "registre.h"
 #include "reponses_hote.h"
+#include "reponses_suppression.h"
 #include "veldra-plan/plan_tool.h"
 
 #include <QCloseEvent>
@@ -39,6 +40,11 @@ FenetrePrincipale::FenetrePrincipale(QSettings& reglages, QWidget* parent)
     setObjectName(QStringLiteral("FenetrePrincipale"));
     setWindowTitle(TitreFenetre);
     plan_->setObjectName(QStringLiteral("Veldra1"));
+    confirme_ = [this](const QString& question) {
+        return QMessageBox::question(this, QStringLiteral("Suppression"), question,
+                                     QMessageBox::Yes | QMessageBox::No,
+                                     QMessageBox::No) == QMessageBox::Yes;
+    };
     auto prompter = std::make_unique<PrompterHote>(std::make_unique<BoitePrompter>(this));
     prompter_ = prompter.get();
     plan_->setPrompter(std::move(prompter));
@@ -214,9 +220,15 @@ void FenetrePrincipale::ouvreRegistre(const QString& chemin) {
         registre_ = std::move(registre);
         liensRegistre_ = std::make_unique<QObject>();
         brancheRegistre(*plan_, *registre_, *journal_, *liensRegistre_);
+        brancheSuppressions(*plan_, *registre_, *journal_, *liensRegistre_,
+                            [this](const QString& question) { return confirme_(question); });
     } catch (const Erreur& e) {
         journal_->appendPlainText(QStringLiteral("Registre indisponible : ") + e.description());
     }
+}
+
+void FenetrePrincipale::setConfirmation(std::function<bool(const QString&)> confirme) {
+    confirme_ = std::move(confirme);
 }
 
 void FenetrePrincipale::demandeNouveauCimetiere() {

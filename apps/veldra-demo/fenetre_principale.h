@@ -6,6 +6,7 @@
 
 #include <QMainWindow>
 #include <QString>
+#include <functional>
 #include <memory>
 
 class QDockWidget;
@@ -52,6 +53,9 @@ public:
     bool nouveauCimetiere(const QString& dossier, const QString& nom);
     // Shows `texte` above the control until the next plan opens.
     void signale(const QString& texte);
+    // Who answers the host's own yes-or-no questions (a deletion to confirm): a French
+    // message box by default.
+    void setConfirmation(std::function<bool(const QString&)> confirme);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -80,6 +84,7 @@ private:
     QString cheminPlan_;
     QString nomPlan_;
     std::unique_ptr<Registre> registre_;
+    std::function<bool(const QString&)> confirme_;
     std::unique_ptr<QObject> liensRegistre_; // destroyed first: its connections use the register
 };
 

@@ -218,6 +218,16 @@ Personnes Registre::personnes(int idgcf) const {
     return p;
 }
 
+std::optional<QString> Registre::numeroConcession(int idgcf) const {
+    QSqlQuery q(base());
+    q.prepare(QStringLiteral("SELECT numero FROM concessions WHERE idgcf = ?"));
+    q.addBindValue(idgcf);
+    execute(q);
+    if (!q.next())
+        return std::nullopt;
+    return q.value(0).toString();
+}
+
 QStringList Registre::fiches(const QList<int>& ids) const {
     QStringList out;
     QSqlQuery q(base());

@@ -43,6 +43,8 @@ public:
     int associe(recordset::Recordset& collecte) const;
 
     Personnes personnes(int idgcf) const;
+    // The number of the concession of that key, when the register holds one.
+    std::optional<QString> numeroConcession(int idgcf) const;
     // One line per concession: its number, place and holders.
     QStringList fiches(const QList<int>& ids) const;
 

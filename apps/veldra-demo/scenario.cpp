@@ -6,11 +6,12 @@
 #include "context/surface.h"
 #include "control/veldra.h"
 #include "fenetre_principale.h"
+#include "scenario_outils.h"
+#include "scenario_placement.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDialog>
 #include <QDir>
 #include <QFile>
@@ -29,12 +30,6 @@
 namespace veldra::demo {
 
 namespace {
-
-struct Etape {
-    QString nom;
-    QSize taille;
-    std::function<void()> action;
-};
 
 // The clerk's first hour: the sample plan at small and large sizes, names shown, a
 // synchronisation and what it carried, plans that cannot be opened, a new plan given up
@@ -106,43 +101,6 @@ std::vector<Etape> premiereHeure(FenetrePrincipale& f, const QString& exemple,
     };
 }
 
-// Mouse events as the map receives them; the left button is held between press and
-// release.
-void souris(carto::MapView& carte, QEvent::Type type, carto::Point p,
-            Qt::MouseButton bouton = Qt::LeftButton) {
-    const QPointF ecran = carte.toScreen(p);
-    const Qt::MouseButtons tenus = type == QEvent::MouseMove ? Qt::MouseButtons(Qt::LeftButton)
-                                   : type == QEvent::MouseButtonRelease ? Qt::MouseButtons()
-                                                                        : Qt::MouseButtons(bouton);
-    QMouseEvent e(type, ecran, carte.mapToGlobal(ecran), bouton, tenus, Qt::NoModifier);
-    QCoreApplication::sendEvent(&carte, &e);
-}
-
-void glisse(carto::MapView& carte, carto::Point de, carto::Point a) {
-    souris(carte, QEvent::MouseButtonPress, de);
-    for (int i = 1; i <= 4; ++i)
-        souris(carte, QEvent::MouseMove,
-               {de.x + (a.x - de.x) * i / 4, de.y + (a.y - de.y) * i / 4});
-    souris(carte, QEvent::MouseButtonRelease, a);
-}
-
-void clique(carto::MapView& carte, carto::Point p) {
-    souris(carte, QEvent::MouseButtonPress, p);
-    souris(carte, QEvent::MouseButtonRelease, p);
-}
-
-// A key pressed on the map, as the clerk's keyboard sends it.
-void touche(carto::MapView& carte, int cle, Qt::KeyboardModifiers modificateurs) {
-    QKeyEvent e(QEvent::KeyPress, cle, modificateurs);
-    QCoreApplication::sendEvent(&carte, &e);
-}
-
-void choisitCalque(const Surface& s, const QString& nom) {
-    const int i = s.Combo_Calque->findText(nom);
-    s.Combo_Calque->setCurrentIndex(i);
-    emit s.Combo_Calque->activated(i);
-}
-
 // A clerk edits the sample plan: a section drawn as a rectangle, a plot drawn corner by
 // corner and numbered, the plot moved with its number following, a distance measured;
 // then the move undone and redone, and everything undone, which leaves the sample as it
@@ -182,10 +140,7 @@ std::vector<Etape> edition(FenetrePrincipale& f) {
                                            {terrain.x + 0.6, terrain.y - 1},
                                            {terrain.x + 0.6, terrain.y + 1},
                                            {terrain.x - 0.6, terrain.y + 1}};
-             for (const carto::Point& p : coins)
-                 clique(carte, p);
-             souris(carte, QEvent::MouseButtonDblClick, coins[3]);
-             souris(carte, QEvent::MouseButtonRelease, coins[3]);
+             polygone(carte, {std::begin(coins), std::end(coins)});
          }},
         {QStringLiteral("numero-enregistre"),
          {1280, 800},
@@ -202,9 +157,7 @@ std::vector<Etape> edition(FenetrePrincipale& f) {
              s.Btn_OutilsDessin_[2]->click();
              glisse(carte, terrain, {terrain.x + 2.5, terrain.y + 1});
              // The number follows once the deferred save has run.
-             const QDeadlineTimer fin(2000);
-             while (s.Timer1->isActive() && !fin.hasExpired())
-                 QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+             attends([&s] { return !s.Timer1->isActive(); });
              s.B_Outils_[3]->click();
              clique(carte, {terrain.x - 8, terrain.y + 8});
          }},
@@ -241,7 +194,8 @@ std::vector<Etape> edition(FenetrePrincipale& f) {
 } // namespace
 
 QStringList nomsScenarios() {
-    return {QStringLiteral("premiere-heure"), QStringLiteral("edition")};
+    return {QStringLiteral("premiere-heure"), QStringLiteral("edition"),
+            QStringLiteral("placement")};
 }
 
 QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const QString& planExemple,
@@ -254,8 +208,9 @@ QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const Q
         throw Erreur(err::AccesRefuse, QStringLiteral("Le dossier « %1 » ne peut pas être créé.")
                                            .arg(QDir::toNativeSeparators(dossier)));
     QTemporaryDir brouillon;
-    const std::vector<Etape> etapes = nom == QLatin1String("edition")
-                                          ? edition(fenetre)
+    const std::vector<Etape> etapes = nom == QLatin1String("edition") ? edition(fenetre)
+                                      : nom == QLatin1String("placement")
+                                          ? placement(fenetre, planExemple, brouillon.path())
                                           : premiereHeure(fenetre, planExemple, brouillon.path());
     QStringList images;
     int numero = 0;
@@ -267,6 +222,9 @@ QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const Q
         captureFenetre(fenetre, fenetre.plan().surface().Map1, image, e.taille);
         images << image;
     }
+    // A copy made in the scratch folder is closed before the folder goes.
+    if (nom == QLatin1String("placement"))
+        fenetre.ouvrePlan(planExemple, QStringLiteral("Cimetière d'exemple"));
     return images;
 }
 

@@ -75,6 +75,9 @@ struct Evenements {
     std::function<void(QString&)> InfoTombes;
     std::function<void(QString&)> FicheTombe;
     std::function<void(QString&)> AffecterUneConcession;
+    std::function<void(QString&)> SuppressionSection;
+    std::function<void(QString&)> SuppressionAllee;
+    std::function<void(QString&)> SuppressionTerrain;
 };
 
 // Calls from one domain module into another, wired by the control. An unset hook does

@@ -9,6 +9,8 @@
 #include "context/parametres.h"
 #include "context/sablier.h"
 #include "control/types_automation.h"
+#include "editing/ajustement.h"
+#include "editing/alignement.h"
 #include "editing/barre_outils.h"
 #include "editing/evenements_carte.h"
 #include "editing/historique.h"
@@ -83,6 +85,9 @@ void Veldra::connecteSurface() {
     e.InfoTombes = [this](QString& id) { emit InfoTombes(id); };
     e.FicheTombe = [this](QString& ids) { emit FicheTombe(ids); };
     e.AffecterUneConcession = [this](QString& id) { emit AffecterUneConcession(id); };
+    e.SuppressionSection = [this](QString& noms) { emit SuppressionSection(noms); };
+    e.SuppressionAllee = [this](QString& noms) { emit SuppressionAllee(noms); };
+    e.SuppressionTerrain = [this](QString& ids) { emit SuppressionTerrain(ids); };
     Contexte* c = &ctx_;
     Crochets& h = ctx_.crochets;
     h.creeOutilsPersonnalises = [c] { creeOutilsPersonnalises(*c); };
@@ -183,6 +188,38 @@ void Veldra::Creer_Combo_Section() {
 
 void Veldra::Sauve(carto::Feature& fSel) {
     veldra::Sauve(ctx_, fSel);
+}
+
+void Veldra::AjusterSectionOuAllee() {
+    veldra::AjusterSectionOuAllee(ctx_);
+}
+
+carto::Features Veldra::SectionSousAllee(carto::Feature& allee) {
+    return veldra::SectionSousAllee(ctx_, allee);
+}
+
+void Veldra::DemandeSuppression() {
+    veldra::DemandeSuppression(ctx_);
+}
+
+void Veldra::AlignerTerrains(QString& cote) {
+    veldra::AlignerTerrains(ctx_, cote);
+}
+
+void Veldra::AjusterPosition(QString& cote) {
+    veldra::AjusterPosition(ctx_, cote);
+}
+
+void Veldra::AngleDroit() {
+    veldra::AngleDroit(ctx_);
+}
+
+void Veldra::OrienterTerrains(QString& cote) {
+    veldra::OrienterTerrains(ctx_, cote);
+}
+
+void Veldra::DefinirTaille() {
+    veldra::DefinirTaille(ctx_);
 }
 
 bool Veldra::FontMax() const {

@@ -63,6 +63,17 @@ public:
     RecordsetPtr GetListeAllees(QString& sSection);
     void Creer_Combo_Section();
     void Sauve(carto::Feature& fSel);
+    // The editing commands on the selection of the current layer, as the context menu runs
+    // them; each is one step of the history. Side keys: "Haut", "Bas", "Gauche", "Droite".
+    // Errors reach the host as Erreur.
+    void AjusterSectionOuAllee();
+    carto::Features SectionSousAllee(carto::Feature& allee);
+    void DemandeSuppression();
+    void AlignerTerrains(QString& cote);
+    void AjusterPosition(QString& cote);
+    void AngleDroit();
+    void OrienterTerrains(QString& cote);
+    void DefinirTaille();
 
     // ---- the container
     // Design-time properties: read when the container loads the control, written when it

@@ -7,13 +7,13 @@
 #include "context/contexte.h"
 #include "context/garde.h"
 #include "context/nombre_tombes.h"
+#include "context/nombres.h"
 #include "editing/historique.h"
 #include "editing/sauve.h"
 #include "editing/selection.h"
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
 #include <QTimer>
 #include <cmath>
 
@@ -31,22 +31,6 @@ constexpr carto::Colour kCouleurAllee = 0xC0FFC0;
 // right after, and the numbers made again by the deferred save.
 const carto::UndoStep kAvantDeplacement{QStringLiteral("Déplacer"), false, true};
 const carto::UndoStep kSuiteDuDeplacement{QStringLiteral("Déplacer"), true, false};
-
-// "###0.00" as a French clerk reads it.
-QString deuxDecimales(double v) {
-    return QLocale(QLocale::French, QLocale::France)
-        .toString(v, 'f', 2)
-        .remove(QChar(0x202F))
-        .remove(QChar(0xA0));
-}
-
-// A number written plainly, as a clerk's system writes it: "12,5".
-QString nombreSimple(double v) {
-    return QLocale(QLocale::French, QLocale::France)
-        .toString(v, 'g', 15)
-        .remove(QChar(0x202F))
-        .remove(QChar(0xA0));
-}
 
 void couleurNouvelle(Contexte& ctx, carto::Style& style, bool autresEnVert) {
     VariablesPubliques& v = ctx.v;

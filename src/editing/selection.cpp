@@ -30,6 +30,17 @@ void afficheSelection(Contexte& ctx, const carto::Feature& f) {
 
 } // namespace
 
+std::vector<carto::Feature> selectionCourante(Contexte& ctx) {
+    std::vector<carto::Feature> choisis;
+    const carto::Layer* courant = ctx.v.Calque_Courant;
+    if (!courant)
+        return choisis;
+    for (const qint64 fid : ctx.v.ObjSel.fids())
+        if (estCalque(ctx.v.ObjSel.layer(), courant) && courant->hasFeature(fid))
+            choisis.push_back(courant->feature(fid));
+    return choisis;
+}
+
 void selectionChangee(Contexte& ctx) {
     VariablesPubliques& v = ctx.v;
     Surface& s = ctx.s;

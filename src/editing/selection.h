@@ -2,9 +2,17 @@
 // The side panel follows the selection of the current layer: ObjSel, the number or name
 // of the one feature selected, what may be saved, and the count of selected features.
 
+#include "carto/model/feature.h"
+
+#include <vector>
+
 namespace veldra {
 
 class Contexte;
+
+// The features of ObjSel that are still in Calque_Courant, as they are now, in the order
+// they were selected: what the editing commands act on.
+std::vector<carto::Feature> selectionCourante(Contexte& ctx);
 
 // The map's selection changed.
 void selectionChangee(Contexte& ctx);

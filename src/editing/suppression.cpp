@@ -3,6 +3,7 @@
 #include "carto/model/edit_commands.h"
 #include "context/calques.h"
 #include "context/contexte.h"
+#include "context/lieux.h"
 #include "context/nombre_tombes.h"
 #include "editing/historique.h"
 
@@ -59,6 +60,31 @@ void procedureSuppression(Contexte& ctx) {
         v.ObjSel = courant->selection();
         courant->clearSelection();
     }
+}
+
+void DemandeSuppression(Contexte& ctx) {
+    VariablesPubliques& v = ctx.v;
+    carto::Layer* courant = v.Calque_Courant;
+    if (!courant || v.ObjSel.isEmpty() || !v.ModeEdition)
+        return;
+    const bool sections = estCalque(courant, v.Calque_Sections);
+    const bool allees = estCalque(courant, v.Calque_Allees);
+    const bool tombes = estCalque(courant, v.Calque_Tombe);
+    if (!sections && !allees && !tombes)
+        return procedureSuppression(ctx);
+    courant->setKeyField(tombes ? QStringLiteral("IDGCF") : QStringLiteral("Nom"));
+    QString liste;
+    for (const carto::Feature& f : v.ObjSel) {
+        liste += f.keyValue().toString();
+        if (allees)
+            liste += QStringLiteral("/Allée/") + SectionDuTerrain(ctx, f);
+        liste += u'*';
+    }
+    const auto& evenement = sections ? ctx.evenements.SuppressionSection
+                            : allees ? ctx.evenements.SuppressionAllee
+                                     : ctx.evenements.SuppressionTerrain;
+    if (evenement)
+        evenement(liste);
 }
 
 void ConfirmSupp(Contexte& ctx, bool valeurConfirm, const QString& message) {

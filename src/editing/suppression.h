@@ -12,6 +12,11 @@ class Contexte;
 // clears the selection.
 void procedureSuppression(Contexte& ctx);
 // The host's answer to a deletion request: true deletes, false shows its message.
+// "Supprimer" in edit mode: sections, alleys and plots are only requested from the host
+// (SuppressionSection, SuppressionAllee, SuppressionTerrain, each with its list of entries
+// ending in "*"), which answers with ConfirmSupp; the features of the other layers go at
+// once, as one undoable step.
+void DemandeSuppression(Contexte& ctx);
 void ConfirmSupp(Contexte& ctx, bool valeurConfirm, const QString& message);
 
 } // namespace veldra

@@ -17,13 +17,6 @@ namespace {
 
 using Lecture = carto::ReadAccess;
 
-QString nomAuCentre(carto::Layer* calque, const carto::Feature& terrain) {
-    if (!calque)
-        return QStringLiteral("-1");
-    const carto::Feature premier = calque->firstAtPoint(terrain.centre());
-    return premier.isValid() ? premier.attribute(u"Nom").toString() : QStringLiteral("-1");
-}
-
 class Collecte {
 public:
     Collecte(Contexte& ctx, bool jauge) : ctx_(ctx), jauge_(jauge) {
@@ -179,20 +172,8 @@ void synchroSelection(Contexte& ctx) {
 
 } // namespace
 
-double DistancePoints(carto::Point p1, carto::Point p2) {
-    return std::sqrt((p2.x - p1.x) * (p2.x - p1.x) + (p2.y - p1.y) * (p2.y - p1.y));
-}
-
 double tronque5(double d) {
     return std::floor(d * 100000) / 100000;
-}
-
-QString SectionDuTerrain(Contexte& ctx, const carto::Feature& terrain) {
-    return nomAuCentre(ctx.v.Calque_Sections, terrain);
-}
-
-QString AlleeDuTerrain(Contexte& ctx, const carto::Feature& terrain) {
-    return nomAuCentre(ctx.v.Calque_Allees, terrain);
 }
 
 RecordsetPtr GetInfo(Contexte& ctx, const QString& sType, const QString& param,

@@ -4,6 +4,7 @@
 // control pushes to the host with it (Synchro, InfoTombes, FicheTombe).
 
 #include "carto/model/feature.h"
+#include "context/lieux.h"
 #include "recordset/recordset.h"
 
 #include <QString>
@@ -21,11 +22,6 @@ inline constexpr const char* kSpecCollecte =
 // are shown to the user and give nullptr.
 RecordsetPtr GetInfo(Contexte& ctx, const QString& sType, const QString& param,
                      const QString& param2, bool jauge);
-
-// The Nom of the section (alley) at the plot's centre, or "-1".
-QString SectionDuTerrain(Contexte& ctx, const carto::Feature& terrain);
-QString AlleeDuTerrain(Contexte& ctx, const carto::Feature& terrain);
-double DistancePoints(carto::Point p1, carto::Point p2);
 
 // A number truncated to five decimals, as sides are compared.
 double tronque5(double d);

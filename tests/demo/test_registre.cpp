@@ -1,7 +1,7 @@
 // The host's register: made from the plan, matched with it on Synchro, and answering the
 // control's requests for people and file cards.
-#include "control/veldra.h"
 #include "fenetre_principale.h"
+#include "hote_fixture.h"
 #include "plan_exemple.h"
 #include "registre.h"
 #include "session_sans_ecran.h"
@@ -17,29 +17,6 @@
 
 using namespace veldra;
 using namespace veldra::demo;
-
-namespace {
-
-struct HoteAvecRegistre {
-    QTemporaryDir dossier;
-    QSettings reglages{dossier.filePath(QStringLiteral("demo.ini")), QSettings::IniFormat};
-    QString messages;
-    QTextStream sortie{&messages};
-    std::unique_ptr<FenetrePrincipale> f;
-
-    HoteAvecRegistre() {
-        plantool::SampleOptions options = optionsExemple();
-        options.plots = 90;
-        options.raster = false;
-        const QString plan = assurePlanExemple(dossier.path(), options);
-        f = std::make_unique<FenetrePrincipale>(reglages);
-        f->setPrompter(std::make_unique<PrompterSansEcran>(sortie));
-        EXPECT_TRUE(f->ouvrePlan(plan, QStringLiteral("Essai")));
-    }
-    Veldra& c() { return f->plan(); }
-};
-
-} // namespace
 
 TEST(Registre, IsMadeFromThePlanWithGapsOnBothSides) {
     HoteAvecRegistre h;

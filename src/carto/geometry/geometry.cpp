@@ -482,6 +482,29 @@ Geometry Geometry::makeValid() const {
 
 // Overlays
 
+Geometry Geometry::polygonalPart() const {
+    switch (type()) {
+    case GeometryType::Polygon:
+        return clone();
+    case GeometryType::Collection: {
+        std::vector<GeomPtr> surfaces;
+        const int n = GEOSGetNumGeometries_r(geos(), get());
+        for (int i = 0; i < n; ++i) {
+            const GEOSGeometry* member = GEOSGetGeometryN_r(geos(), get(), i);
+            const int id = member ? GEOSGeomTypeId_r(geos(), member) : -1;
+            if ((id == GEOS_POLYGON || id == GEOS_MULTIPOLYGON) && !GEOSisEmpty_r(geos(), member))
+                surfaces.push_back(validCopy(member));
+        }
+        if (surfaces.empty())
+            return empty();
+        const GeomPtr all = makeCollection(GEOS_GEOMETRYCOLLECTION, std::move(surfaces));
+        return adopt(GEOSUnaryUnion_r(geos(), all.get()), "GEOSUnaryUnion");
+    }
+    default:
+        return empty();
+    }
+}
+
 Geometry unionOf(std::span<const Geometry* const> geometries) {
     checkMembers(geometries, QStringLiteral("Aucune géométrie à unir."));
     std::vector<GeomPtr> members;

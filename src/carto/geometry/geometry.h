@@ -84,6 +84,10 @@ public:
 
     // A valid copy (structure method, collapsed parts dropped).
     Geometry makeValid() const;
+    // Only the surfaces: the geometry itself when it is a (multi)polygon, the union of the
+    // polygons of a collection (an overlay's result may hold lines and points where shapes
+    // only touch), an empty geometry when there is no surface.
+    Geometry polygonalPart() const;
 
 private:
     using Owner = GeosPtr<GEOSGeometry, &GEOSGeom_destroy_r>;

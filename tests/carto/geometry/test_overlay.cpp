@@ -126,3 +126,25 @@ TEST(Overlay, RefusesNoInputAndNullInput) {
     EXPECT_EQ(errorOf([&] { unionOf(withNull); }), err::AppelIncorrect);
     EXPECT_EQ(errorOf([&] { intersectionOf(withNull); }), err::AppelIncorrect);
 }
+
+TEST(Overlay, ThePolygonalPartKeepsOnlySurfaces) {
+    const struct {
+        const char* in;
+        const char* out;
+    } cases[] = {
+        {"POLYGON((0 0,1 0,1 1,0 1,0 0))", "POLYGON((0 0,1 0,1 1,0 1,0 0))"},
+        {"GEOMETRYCOLLECTION(POLYGON((0 0,1 0,1 1,0 1,0 0)),LINESTRING(1 1,3 3),POINT(5 5))",
+         "POLYGON((0 0,1 0,1 1,0 1,0 0))"},
+        {"GEOMETRYCOLLECTION(POLYGON((0 0,1 0,1 1,0 1,0 0)),POLYGON((1 0,2 0,2 1,1 1,1 0)))",
+         "POLYGON((0 0,2 0,2 1,0 1,0 0))"},
+        {"LINESTRING(0 0,1 1)", "POLYGON EMPTY"},
+        {"GEOMETRYCOLLECTION(LINESTRING(0 0,1 1),POINT(2 2))", "POLYGON EMPTY"},
+    };
+    for (const auto& c : cases) {
+        const Geometry g = wkt(c.in).polygonalPart();
+        if (QString::fromLatin1(c.out).endsWith(QLatin1String("EMPTY")))
+            EXPECT_TRUE(g.isEmpty()) << c.in;
+        else
+            EXPECT_TRUE(sameGeometry(g, c.out)) << c.in;
+    }
+}

@@ -1,0 +1,59 @@
+#include "scenario_outils.h"
+
+#include "carto/view/map_view.h"
+#include "context/surface.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+namespace veldra::demo {
+
+void souris(carto::MapView& carte, QEvent::Type type, carto::Point p, Qt::MouseButton bouton) {
+    const QPointF ecran = carte.toScreen(p);
+    const Qt::MouseButtons tenus = type == QEvent::MouseMove ? Qt::MouseButtons(Qt::LeftButton)
+                                   : type == QEvent::MouseButtonRelease ? Qt::MouseButtons()
+                                                                        : Qt::MouseButtons(bouton);
+    QMouseEvent e(type, ecran, carte.mapToGlobal(ecran), bouton, tenus, Qt::NoModifier);
+    QCoreApplication::sendEvent(&carte, &e);
+}
+
+void glisse(carto::MapView& carte, carto::Point de, carto::Point a) {
+    souris(carte, QEvent::MouseButtonPress, de);
+    for (int i = 1; i <= 4; ++i)
+        souris(carte, QEvent::MouseMove,
+               {de.x + (a.x - de.x) * i / 4, de.y + (a.y - de.y) * i / 4});
+    souris(carte, QEvent::MouseButtonRelease, a);
+}
+
+void clique(carto::MapView& carte, carto::Point p) {
+    souris(carte, QEvent::MouseButtonPress, p);
+    souris(carte, QEvent::MouseButtonRelease, p);
+}
+
+void polygone(carto::MapView& carte, const std::vector<carto::Point>& coins) {
+    for (const carto::Point& p : coins)
+        clique(carte, p);
+    souris(carte, QEvent::MouseButtonDblClick, coins.back());
+    souris(carte, QEvent::MouseButtonRelease, coins.back());
+}
+
+void touche(carto::MapView& carte, int cle, Qt::KeyboardModifiers modificateurs) {
+    QKeyEvent e(QEvent::KeyPress, cle, modificateurs);
+    QCoreApplication::sendEvent(&carte, &e);
+}
+
+void choisitCalque(const Surface& s, const QString& nom) {
+    const int i = s.Combo_Calque->findText(nom);
+    s.Combo_Calque->setCurrentIndex(i);
+    emit s.Combo_Calque->activated(i);
+}
+
+void attends(const std::function<bool()>& fini) {
+    const QDeadlineTimer fin(2000);
+    while (!fini() && !fin.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+}
+
+} // namespace veldra::demo
