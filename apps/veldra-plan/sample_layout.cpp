@@ -23,10 +23,10 @@ constexpr double MainPath = 5.0;
 constexpr double WallMargin = 6.0;
 constexpr double Forecourt = 24.0;
 constexpr double MinWidth = 70.0;
-constexpr int MaxSections = 16;
+constexpr int MaxSections = 100;
 
 // Grid of sections and size of the alleys for a count of plots: square-ish sections, about
-// 300 plots each until there are 16 of them.
+// 300 plots each until there are 100 of them.
 struct Grid {
     int sections;
     int columns;
@@ -165,7 +165,9 @@ SampleLayout layOutSample(int plots, const QString& cemetery, quint32 seed) {
     int alleyIndex = 0;
     for (int s = 0; s < g.sections; ++s) {
         SectionLayout section;
-        section.name = QString(QChar(u'A' + s));
+        // "A" to "Z", then "AA", "AB"...
+        section.name = s < 26 ? QString(QChar(u'A' + s))
+                              : QString(QChar(u'A' + s / 26 - 1)) + QChar(u'A' + s % 26);
         const double x0 = gridX + (s % g.columns) * (sectionWidth + MainPath);
         const double y1 = gridY + gridHeight - (s / g.columns) * (sectionHeight + MainPath);
         const double y0 = y1 - sectionHeight;

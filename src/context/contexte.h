@@ -14,9 +14,12 @@
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QMenu>
 #include <QStringList>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace veldra {
 
@@ -67,6 +70,11 @@ struct EtatControle {
     QElapsedTimer jaugeDessinee;       // since the gauge was last drawn
     bool fontMax = false;              // FontMax: new number labels bold and sized to the plot
     EtatPointeur pointeur;
+    // The control's clipboard: shapes and styles of the features copied, and their layer.
+    std::vector<carto::Feature> copies;
+    QString calqueCopie;
+    // The lettering kept for the next free texts (Divers' Cb_Sauvegarde).
+    std::optional<carto::Style> styleTexte;
 };
 
 // The events a module raises to the host, wired by the control to its signals.
@@ -91,6 +99,14 @@ struct Crochets {
     std::function<void()> prepareOutilsCarte;
     // Exchange: the search panel's section list (plan opening).
     std::function<void()> creeComboSection;
+    // Exchange: the file card of the selected plots, and a concession for the first one
+    // (context menu).
+    std::function<void()> ouvreFicheTombes;
+    std::function<void()> affecteConcession;
+    // Analysis: the selection memorised (context menu).
+    std::function<void()> memoriseSelection;
+    // Output: the style of the selection (context menu).
+    std::function<void()> styleSelection;
 };
 
 template <typename... A> void appelle(const std::function<void(A...)>& crochet, A... args) {
@@ -115,6 +131,10 @@ public:
 
     // Every modal dialog is shown through this hook, so tests can drive it.
     std::function<int(QDialog&)> montreModal = [](QDialog& d) { return d.exec(); };
+    // Every pop-up menu likewise: the action chosen, nullptr for none.
+    std::function<QAction*(QMenu&, const QPoint&)> montreMenu = [](QMenu& m, const QPoint& p) {
+        return m.exec(p);
+    };
 
     // The settings file object, made when first needed.
     INI_FILE& ini() {

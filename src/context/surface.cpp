@@ -122,6 +122,11 @@ void panneauInfos(Surface& s, QWidget* parent) {
                                   QStringLiteral("↻"), QStringLiteral("Rotation du numéro"));
     s.Btn_RotationNumero->hide();
     num->addWidget(s.Btn_RotationNumero);
+    s.Btn_ModifierTailleNumero =
+        bouton(s.Frame_Numero, QStringLiteral("Btn_ModifierTailleNumero"), QStringLiteral("A±"),
+               QStringLiteral("Taille et couleur des numéros"));
+    s.Btn_ModifierTailleNumero->hide();
+    num->addWidget(s.Btn_ModifierTailleNumero);
     l->addWidget(s.Frame_Numero);
 
     s.Frame_Nom = panneau(s.corpsInfos, "Frame_Nom", QFrame::NoFrame);

@@ -62,6 +62,7 @@ struct Surface {
     QFrame* Frame_Numero = nullptr;
     QLineEdit* SaisieNum = nullptr;
     QToolButton* Btn_RotationNumero = nullptr;
+    QToolButton* Btn_ModifierTailleNumero = nullptr;
     QFrame* Frame_Nom = nullptr;
     QLineEdit* Label_Nom = nullptr;
     QPushButton* Btn_Sauver = nullptr;

@@ -3,6 +3,7 @@
 #include "base/erreur.h"
 #include "context/contexte.h"
 #include "context/garde.h"
+#include "editing/divers.h"
 
 namespace veldra {
 
@@ -105,6 +106,8 @@ void boutonOutilsDessin(Contexte& ctx, int index) {
     case 0:
         if (ctx.v.ObjSel.isEmpty())
             ctx.prompter().message(QStringLiteral("Vous devez sélectionner au moins un élément !"));
+        else
+            ouvreDivers(ctx, [](Divers& d) { d.PRotation(); });
         break;
     case 1:
         m.setCurrentTool(carto::tool::Select);
@@ -167,6 +170,11 @@ void connecteBarresOutils(Contexte& ctx) {
     for (int i = 0; i < int(s.Btn_OutilsDessin_.size()); ++i)
         QObject::connect(s.Btn_OutilsDessin_[size_t(i)], &QToolButton::clicked, &ctx.controle,
                          garde(ctx, [c, i] { boutonOutilsDessin(*c, i); }));
+    QObject::connect(s.Btn_RotationNumero, &QToolButton::clicked, &ctx.controle,
+                     garde(ctx, [c] { ouvreDivers(*c, [](Divers& d) { d.PRotationNumero(); }); }));
+    QObject::connect(
+        s.Btn_ModifierTailleNumero, &QToolButton::clicked, &ctx.controle,
+        garde(ctx, [c] { ouvreDivers(*c, [](Divers& d) { d.PTailleNumeroTerrain(); }); }));
     QObject::connect(s.Btn_Texte, &QToolButton::clicked, &ctx.controle, garde(ctx, [c] {
                          if (c->etat.planOuvert)
                              c->s.Map1->setCurrentTool(outil::Texte);

@@ -8,10 +8,15 @@
 #include "context/garde.h"
 #include "context/nombre_tombes.h"
 #include "context/nombres.h"
+#include "editing/divers.h"
 #include "editing/historique.h"
+#include "editing/menu_contextuel.h"
+#include "editing/presse_papiers.h"
 #include "editing/sauve.h"
 #include "editing/selection.h"
 
+#include <QApplication>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTimer>
@@ -24,6 +29,7 @@ namespace {
 constexpr int kOutilMesure = 105;
 constexpr int kOutilRectangle = 106;
 constexpr int kOutilCercle = 107;
+constexpr int kOutilTexte = 108;
 constexpr int kOutilSelection = carto::tool::Select;
 constexpr carto::Colour kCouleurSection = 0xC0C0FF;
 constexpr carto::Colour kCouleurAllee = 0xC0FFC0;
@@ -82,11 +88,13 @@ void tracePolyligne(Contexte& ctx, int outil, int phase, const std::vector<carto
         ctx.etat.pointeur.longueurMesuree = somme;
 }
 
-void boutonRelache(Contexte& ctx, int bouton) {
+void boutonRelache(Contexte& ctx, int bouton, double x, double y) {
     VariablesPubliques& v = ctx.v;
     EtatPointeur& p = ctx.etat.pointeur;
     carto::MapView& carte = *ctx.s.Map1;
-    // The right button's context menu arrives with its own commands.
+    // The right button opens the context menu, unless the left one is still dragging.
+    if (bouton == carto::mouse::Right && !(QApplication::mouseButtons() & Qt::LeftButton))
+        ouvreMenuContextuel(ctx, carte.mapToGlobal(QPointF(x, y).toPoint()));
     const bool renumerote = p.glisse && v.Calque_Tombe && !v.Calque_Tombe->selection().isEmpty() &&
                             carte.editingMode() != carto::editmode::Vertices &&
                             carte.currentTool() == kOutilSelection && v.ModeEdition &&
@@ -115,6 +123,10 @@ void boutonRelache(Contexte& ctx, int bouton) {
 void outilPersonnaliseUtilise(Contexte& ctx, int outil, double x1, double y1, double x2, double y2,
                               double rayon) {
     carto::Layer* courant = ctx.v.Calque_Courant;
+    if (outil == kOutilTexte) {
+        ouvreDivers(ctx, [&](Divers& d) { d.Coordonnees(x1, y1, x2, y2); });
+        return;
+    }
     if ((outil != kOutilRectangle && outil != kOutilCercle) || !courant)
         return;
     carto::Style style = ctx.carte().defaultStyle;
@@ -140,12 +152,28 @@ void outilPersonnaliseUtilise(Contexte& ctx, int outil, double x1, double y1, do
 }
 
 void toucheEnfoncee(Contexte& ctx, int code, int shift) {
-    // Ctrl+C and Ctrl+V arrive with the context menu's Copy and Paste.
-    constexpr int kCtrl = 2, kCtrlMaj = 3, kZ = 90, kY = 89;
-    if (shift == kCtrl && code == kZ)
+    constexpr int kCtrl = 2, kCtrlMaj = 3, kC = 67, kV = 86, kZ = 90, kY = 89;
+    if (shift == kCtrl && code == kC)
+        Copier(ctx);
+    else if (shift == kCtrl && code == kV)
+        Coller(ctx);
+    else if (shift == kCtrl && code == kZ)
         annuleEdition(ctx);
     else if ((shift == kCtrl && code == kY) || (shift == kCtrlMaj && code == kZ))
         retablitEdition(ctx);
+}
+
+void doubleClic(Contexte& ctx) {
+    VariablesPubliques& v = ctx.v;
+    if (!v.ModeEdition || ctx.s.Map1->currentTool() != kOutilSelection ||
+        ctx.s.Combo_Calque->currentText() != QLatin1String("Texte") || !v.Calque_Texte)
+        return;
+    const carto::Features choisis = v.Calque_Texte->selection();
+    // One text to change: none selected (a double click on nothing) opens nothing.
+    if (choisis.count() != 1)
+        return;
+    const carto::Feature texte = choisis.at(0);
+    ouvreDivers(ctx, [&](Divers& d) { d.Texte(texte); });
 }
 
 void etatEdition(Contexte& ctx, int code) {
@@ -186,8 +214,10 @@ void connecteEvenementsCarte(Contexte& ctx) {
     QObject::connect(
         carte, &carto::MapView::mouseMoved, o,
         garde(ctx, [c](int b, int, double x, double y) { pointeurDeplace(*c, b, x, y); }));
-    QObject::connect(carte, &carto::MapView::mouseUp, o,
-                     garde(ctx, [c](int b, int, double, double) { boutonRelache(*c, b); }));
+    QObject::connect(
+        carte, &carto::MapView::mouseUp, o,
+        garde(ctx, [c](int b, int, double x, double y) { boutonRelache(*c, b, x, y); }));
+    QObject::connect(carte, &carto::MapView::doubleClicked, o, garde(ctx, [c] { doubleClic(*c); }));
     QObject::connect(
         carte, &carto::MapView::toolUsed, o,
         garde(ctx, [c](int outil, double x1, double y1, double x2, double y2, double d, bool, bool,

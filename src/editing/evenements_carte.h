@@ -14,13 +14,18 @@ class Contexte;
 
 void boutonEnfonce(Contexte& ctx, int bouton, double x, double y);
 void pointeurDeplace(Contexte& ctx, int bouton, double x, double y);
-void boutonRelache(Contexte& ctx, int bouton);
+// The right button opens the context menu at (x, y), the map's pixels; a left drag of
+// plots in edit mode has their numbers made again.
+void boutonRelache(Contexte& ctx, int bouton, double x, double y);
 // The broken line of tool 105 grew or ended.
 void tracePolyligne(Contexte& ctx, int outil, int phase, const std::vector<carto::Point>& points);
 void outilPersonnaliseUtilise(Contexte& ctx, int outil, double x1, double y1, double x2, double y2,
                               double distance);
-// Ctrl+Z undoes, Ctrl+Y and Ctrl+Shift+Z redo, when the history is on.
+// Ctrl+C copies and Ctrl+V pastes; Ctrl+Z undoes, Ctrl+Y and Ctrl+Shift+Z redo, when the
+// history is on. Only with Ctrl alone (Ctrl+Shift+C does nothing).
 void toucheEnfoncee(Contexte& ctx, int code, int shift);
+// In edit mode, with the select tool on the text layer: the one selected text in Divers.
+void doubleClic(Contexte& ctx);
 void etatEdition(Contexte& ctx, int code);
 // Timer1's tick.
 void sauvegardeDifferee(Contexte& ctx);

@@ -59,6 +59,7 @@ void selectionChangee(Contexte& ctx) {
             if (plots) {
                 s.SaisieNum->setEnabled(true);
                 s.Btn_RotationNumero->setVisible(true);
+                s.Btn_ModifierTailleNumero->setVisible(true);
             } else if (nomme || estCalque(courant, v.Calque_Decor)) {
                 s.Btn_ModifStyle->setVisible(true);
                 s.Label_Nom->setReadOnly(false);
@@ -75,6 +76,7 @@ void selectionChangee(Contexte& ctx) {
         s.Label_Nom->clear();
         s.Btn_ModifStyle->setVisible(false);
         s.Btn_RotationNumero->setVisible(plots && v.ModeEdition);
+        s.Btn_ModifierTailleNumero->setVisible(plots && v.ModeEdition);
     }
     s.Num_Selec->setText(
         QStringLiteral("%1/%2").arg(v.ObjSel.count()).arg(courant->featureCount()));

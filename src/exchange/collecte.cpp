@@ -234,6 +234,20 @@ void OuvreFicheTombes(Contexte& ctx) {
         ctx.evenements.FicheTombe(liste);
 }
 
+void AffecteUneConcession(Contexte& ctx) {
+    carto::Layer* tombes = ctx.v.Calque_Tombe;
+    if (!tombes || tombes->selection().isEmpty()) {
+        ctx.prompter().message(QStringLiteral("Aucune concession n'est sélectionnée !"),
+                               boutons::Ok, QString());
+        return;
+    }
+    synchroSelection(ctx);
+    tombes->setKeyField(QStringLiteral("IDGCF"));
+    QString id = tombes->selection().at(0).keyValue().toString();
+    if (ctx.evenements.AffecterUneConcession)
+        ctx.evenements.AffecterUneConcession(id);
+}
+
 void synchronise(Contexte& ctx) {
     RecordsetPtr rs = GetInfo(ctx, QStringLiteral("C"), QString(), QString(), true);
     QString type = QStringLiteral("A");
@@ -244,6 +258,8 @@ void synchronise(Contexte& ctx) {
 void connecteCollecte(Contexte& ctx) {
     Contexte* c = &ctx;
     Surface& s = ctx.s;
+    ctx.crochets.ouvreFicheTombes = [c] { OuvreFicheTombes(*c); };
+    ctx.crochets.affecteConcession = [c] { AffecteUneConcession(*c); };
     QObject::connect(s.Btn_Synchro, &QPushButton::clicked, &ctx.controle,
                      garde(ctx, [c] { synchronise(*c); }));
     QObject::connect(s.B_OutilsInfo, &QToolButton::clicked, &ctx.controle,

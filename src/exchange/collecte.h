@@ -28,9 +28,13 @@ double tronque5(double d);
 
 void InfosTerrainSelectionne(Contexte& ctx);
 void OuvreFicheTombes(Contexte& ctx);
+// "Affecter une concession": the selected plots to the host ("U"), then
+// AffecterUneConcession with the first one's IDGCF; a message when no plot is selected.
+void AffecteUneConcession(Contexte& ctx);
 // The synchronise button: the whole plan to the host with "A".
 void synchronise(Contexte& ctx);
-// Connects Btn_Synchro, B_OutilsInfo and the file-card buttons.
+// Connects Btn_Synchro, B_OutilsInfo and the file-card buttons, and offers the file card
+// and the assignment of a concession to the context menu.
 void connecteCollecte(Contexte& ctx);
 
 } // namespace veldra

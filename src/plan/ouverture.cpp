@@ -227,8 +227,11 @@ void ouvrePlan(Contexte& ctx, const QString& chemin, const QString& nom, bool no
     o.etape([&] { prepareCarteLocalisation(ctx); });
     o.etape([&] { litParametres(ctx); });
     o.etape([&] { appelle(ctx.crochets.creeComboSection); });
-    // The new plan's enclosure is where the plan starts, not a step to undo.
+    // The new plan's enclosure is where the plan starts, not a step to undo; what was
+    // copied belonged to the plan before.
     s.Historique->clear();
+    ctx.etat.copies.clear();
+    ctx.etat.calqueCopie.clear();
 }
 
 } // namespace veldra

@@ -42,9 +42,13 @@ TEST(StyleString, EveryKindRoundTrips) {
     EXPECT_TRUE(text.style.textBold);
     EXPECT_TRUE(text.style.textHalo);
     EXPECT_FALSE(text.style.textBox);
+    EXPECT_FALSE(text.style.textShadow);
     EXPECT_EQ(text.style.textBackColor, 0xFFFF00);
     EXPECT_EQ(text.style.textColor, 0x0000FF);
     EXPECT_DOUBLE_EQ(text.style.textRotation, 30);
+    t.textShadow = true;
+    EXPECT_TRUE(parseStyleString(styleString(FeatureKind::Text, t, {}, QStringLiteral("Texte")))
+                    .style.textShadow);
     EXPECT_TRUE(text.literalText.isNull()); // the text lives in its column
     EXPECT_EQ(text.textField, QStringLiteral("Texte"));
     // Without a column the text travels in the style, quotes and all.

@@ -59,6 +59,7 @@ struct Style {
     bool textUnderline = false;
     bool textHalo = false;
     bool textBox = false;
+    bool textShadow = false; // a grey copy of the text behind it, a little down and right
     Colour textColor = 0;
     Colour textBackColor = 0xFFFFFF; // halo or box
     double textRotation = 0;         // degrees, counter-clockwise

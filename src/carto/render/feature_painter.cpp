@@ -147,6 +147,12 @@ void FeaturePainter::drawText(Point anchor, const QString& text, const Style& st
         painter_.setBrush(toQColor(style.textBackColor));
         painter_.drawRect(box.adjusted(-2, -1, 2, 1));
     }
+    if (style.textShadow) {
+        const double d = std::max(1.0, heightPx / 12);
+        painter_.setFont(font);
+        painter_.setPen(QColor(128, 128, 128));
+        painter_.drawText(box.translated(d, d), Qt::AlignCenter, text);
+    }
     if (style.textHalo) {
         QPainterPath path;
         path.addText(box.left(), box.top() + metrics.ascent(), font, text);

@@ -193,6 +193,8 @@ ParsedStyle parseStyleString(const QByteArray& ogrStyle) {
                 s.textHalo = true;
                 s.textBackColor = colourOf(halo, 0xFFFFFF);
             }
+            if (const char* ombre = label->ShadowColor(isDefault); ombre && !isDefault)
+                s.textShadow = true;
             s.textBold = label->Bold(isDefault) != 0;
             s.textUnderline = label->Underline(isDefault) != 0;
             break;
@@ -247,6 +249,8 @@ QByteArray styleString(FeatureKind kind, const Style& s, const QString& text,
             out += ",o:" + colourText(s.textBackColor);
         if (s.textBox)
             out += ",b:" + colourText(s.textBackColor);
+        if (s.textShadow)
+            out += ",h:#808080";
         out += ")";
         break;
     }

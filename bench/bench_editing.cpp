@@ -1,0 +1,199 @@
+// The editing commands on the 30,000-plot plan (100 sections, 500 alleys): fitting a new
+// section among the others, aligning and orienting 1,000 selected plots, and the deletion
+// of 1,000 plots with their labels, storage included. Peers in the same run: the fitting's
+// overlays as bare GEOS calls, and the same writes as raw OGR transaction loops.
+#include "bench_plans.h"
+#include "control/veldra.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <geos_c.h>
+#include <ogrsf_frmts.h>
+
+namespace {
+
+struct Edition {
+    veldra::Veldra c;
+    explicit Edition(const QString& plan, const QString& calque) {
+        c.resize(1200, 800);
+        QString chemin = plan, nom = QStringLiteral("Banc d'essai");
+        bool nouveau = false, droit = true;
+        c.OuvreCimetiere(chemin, nouveau, nom, droit);
+        c.findChild<QCheckBox*>(QStringLiteral("CB_ModeEdition"))->click();
+        auto* combo = c.findChild<QComboBox*>(QStringLiteral("Combo_Calque"));
+        const int i = combo->findText(calque);
+        combo->setCurrentIndex(i);
+        emit combo->activated(i);
+    }
+    // The first n plots, selected.
+    void choisitTerrains(int n) {
+        carto::Layer& t = *c.Calque_Tombe;
+        const carto::Features toutes = t.allFeatures();
+        std::vector<qint64> fids(toutes.fids().begin(), toutes.fids().begin() + n);
+        t.selectOnly(carto::Features(&t, fids));
+    }
+};
+
+// A rectangle over the bottom edge of the i-th section, reaching into the path below it.
+carto::Rect chevauchant(const carto::Layer& sections, int i) {
+    const carto::Rect s = sections.allFeatures().at(i % sections.featureCount()).bounds();
+    return {s.xmin + 3, s.ymin - 4, s.xmin + 15, s.ymin + 3};
+}
+
+void BM_FitSection(benchmark::State& state) {
+    Edition f(copyOf(int(state.range(0))), QStringLiteral("Sections"));
+    carto::Layer& sections = *f.c.Calque_Sections;
+    state.counters["sections"] = sections.featureCount();
+    int i = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        const carto::Rect r = chevauchant(sections, i++);
+        carto::Feature d = sections.addFeature(carto::Feature::region(
+            {{{r.xmin, r.ymin}, {r.xmax, r.ymin}, {r.xmax, r.ymax}, {r.xmin, r.ymax}}}));
+        sections.selectOnly(carto::Features(&sections, {d.fid()}));
+        state.ResumeTiming();
+        f.c.AjusterSectionOuAllee();
+    }
+}
+BENCHMARK(BM_FitSection)->Arg(30000)->Unit(benchmark::kMillisecond)->Iterations(30);
+
+// Peer: the same union (the enclosure), intersection and difference (with the sections
+// around the drawing) as bare GEOS calls on geometries read once through OGR.
+void BM_PeerGeosFit(benchmark::State& state) {
+    auto ds = openOgr(planOf(int(state.range(0))), false);
+    GEOSContextHandle_t h = GEOS_init_r();
+    const auto lis = [&](const char* couche) {
+        std::vector<GEOSGeometry*> out;
+        for (auto& f : *ds->GetLayerByName(couche)) {
+            const OGRGeometry* g = f->GetGeometryRef();
+            std::vector<unsigned char> wkb(size_t(g->WkbSize()));
+            g->exportToWkb(wkbNDR, wkb.data());
+            out.push_back(GEOSGeomFromWKB_buf_r(h, wkb.data(), wkb.size()));
+        }
+        return out;
+    };
+    std::vector<GEOSGeometry*> enceinte = lis("Enceinte"), sections = lis("Sections");
+    int i = 0;
+    for (auto _ : state) {
+        GEOSGeometry* s = sections[size_t(i++) % sections.size()];
+        double x0, y0, x1, y1;
+        GEOSGeom_getXMin_r(h, s, &x0);
+        GEOSGeom_getYMin_r(h, s, &y0);
+        GEOSGeom_getXMax_r(h, s, &x1);
+        GEOSGeom_getYMax_r(h, s, &y1);
+        GEOSGeometry* dessin = GEOSGeom_createRectangle_r(h, x0 + 3, y0 - 4, x0 + 15, y0 + 3);
+        std::vector<GEOSGeometry*> copies; // the enclosure's union
+        for (GEOSGeometry* e : enceinte)
+            copies.push_back(GEOSGeom_clone_r(h, e));
+        GEOSGeometry* tout = GEOSGeom_createCollection_r(h, GEOS_GEOMETRYCOLLECTION, copies.data(),
+                                                         unsigned(copies.size()));
+        GEOSGeometry* c = GEOSUnaryUnion_r(h, tout);
+        GEOSGeometry* k = GEOSIntersection_r(h, dessin, c);
+        // The neighbours the R-tree would give: those whose box meets the drawing's.
+        std::vector<GEOSGeometry*> voisins;
+        for (GEOSGeometry* autre : sections) {
+            double a0, b0, a1, b1;
+            GEOSGeom_getXMin_r(h, autre, &a0);
+            GEOSGeom_getYMin_r(h, autre, &b0);
+            GEOSGeom_getXMax_r(h, autre, &a1);
+            GEOSGeom_getYMax_r(h, autre, &b1);
+            if (a0 <= x0 + 15 && a1 >= x0 + 3 && b0 <= y0 + 3 && b1 >= y0 - 4)
+                voisins.push_back(GEOSGeom_clone_r(h, autre));
+        }
+        GEOSGeometry* groupe = GEOSGeom_createCollection_r(
+            h, GEOS_GEOMETRYCOLLECTION, voisins.data(), unsigned(voisins.size()));
+        GEOSGeometry* u = GEOSUnaryUnion_r(h, groupe);
+        benchmark::DoNotOptimize(GEOSWithin_r(h, k, u));
+        GEOSGeometry* reste = GEOSDifference_r(h, k, u);
+        benchmark::DoNotOptimize(GEOSArea_r(h, reste, &x1));
+        for (GEOSGeometry* g : {dessin, tout, c, k, groupe, u, reste})
+            GEOSGeom_destroy_r(h, g);
+    }
+    for (GEOSGeometry* g : enceinte)
+        GEOSGeom_destroy_r(h, g);
+    for (GEOSGeometry* g : sections)
+        GEOSGeom_destroy_r(h, g);
+    GEOS_finish_r(h);
+}
+BENCHMARK(BM_PeerGeosFit)->Arg(30000)->Unit(benchmark::kMillisecond);
+
+void BM_AlignPlots(benchmark::State& state) {
+    Edition f(copyOf(30000), QStringLiteral("Tombes"));
+    f.choisitTerrains(int(state.range(0)));
+    int i = 0;
+    for (auto _ : state) {
+        QString cote = i++ % 2 ? QStringLiteral("Haut") : QStringLiteral("Bas");
+        f.c.AlignerTerrains(cote);
+    }
+}
+BENCHMARK(BM_AlignPlots)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+// Each round takes another plot of the selection as the reference, so every round turns
+// the others again.
+void BM_OrientPlots(benchmark::State& state) {
+    Edition f(copyOf(30000), QStringLiteral("Tombes"));
+    carto::Layer& t = *f.c.Calque_Tombe;
+    const carto::Features toutes = t.allFeatures();
+    const int n = int(state.range(0));
+    std::vector<qint64> fids(toutes.fids().begin(), toutes.fids().begin() + n);
+    int i = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::rotate(fids.begin(), fids.begin() + 7, fids.end());
+        t.selectOnly(carto::Features(&t, fids));
+        QString cote = i++ % 2 ? QStringLiteral("Haut") : QStringLiteral("Bas");
+        state.ResumeTiming();
+        f.c.OrienterTerrains(cote);
+    }
+}
+BENCHMARK(BM_OrientPlots)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+// The deletion the host confirms: 1,000 plots and the labels lying on them.
+void BM_DeletePlots(benchmark::State& state) {
+    for (auto _ : state) {
+        state.PauseTiming();
+        Edition f(copyOf(30000), QStringLiteral("Tombes"));
+        f.choisitTerrains(int(state.range(0)));
+        bool oui = true;
+        QString rien;
+        state.ResumeTiming();
+        f.c.ConfirmSupp(oui, rien);
+        state.PauseTiming();
+        state.counters["left"] = f.c.Calque_Tombe->featureCount();
+    }
+}
+BENCHMARK(BM_DeletePlots)->Arg(1000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// Peer: the same 2,000 features deleted by a raw OGR loop in one transaction.
+void BM_PeerOgrDelete(benchmark::State& state) {
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto ds = openOgr(copyOf(30000), true);
+        std::vector<std::pair<OGRLayer*, GIntBig>> cibles;
+        for (const char* nom : {"Tombes", "Numeros"}) {
+            OGRLayer* l = ds->GetLayerByName(nom);
+            int n = 0;
+            for (auto& feat : *l) {
+                if (n++ == state.range(0) / 2)
+                    break;
+                cibles.emplace_back(l, feat->GetFID());
+            }
+        }
+        state.ResumeTiming();
+        ds->StartTransaction();
+        for (const auto& [l, fid] : cibles)
+            if (l->DeleteFeature(fid) != OGRERR_NONE)
+                state.SkipWithError("DeleteFeature failed");
+        ds->CommitTransaction();
+    }
+}
+BENCHMARK(BM_PeerOgrDelete)->Arg(2000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return runBenchmarks<QApplication>(argc, argv);
+}
