@@ -43,6 +43,11 @@ public:
     int associe(recordset::Recordset& collecte) const;
 
     Personnes personnes(int idgcf) const;
+    // The concession's people as the control's quick information panel takes them: holders
+    // (type "T") and right holders (type "A") with nom, prenom and type; buried persons
+    // with nom and prenom. Empty record sets for a key the register does not hold.
+    RecordsetPtr concessionnaires(int idgcf) const;
+    RecordsetPtr inhumes(int idgcf) const;
     // One line per concession: its number, place and holders.
     QStringList fiches(const QList<int>& ids) const;
 

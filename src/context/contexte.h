@@ -12,9 +12,11 @@
 #include "context/surface.h"
 #include "recordset/recordset.h"
 
+#include <QDesktopServices>
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QStringList>
+#include <QUrl>
 #include <functional>
 #include <memory>
 
@@ -67,6 +69,12 @@ struct EtatControle {
     QElapsedTimer jaugeDessinee;       // since the gauge was last drawn
     bool fontMax = false;              // FontMax: new number labels bold and sized to the plot
     EtatPointeur pointeur;
+    RecordsetPtr memorisation; // the memorised selection ("IdGCF N"); none before the first
+    qint32 nbMemorises = 0;    // its record count at the last memorisation
+    // Beyond the original, off by default: the analysis lists and marks its faults and
+    // checks overlaps and repeated numbers; the number box completes existing numbers.
+    bool analyseDetaillee = false;
+    bool completionNumeros = false;
 };
 
 // The events a module raises to the host, wired by the control to its signals.
@@ -88,6 +96,17 @@ struct Crochets {
     std::function<void()> prepareOutilsCarte;
     // Exchange: the search panel's section list (plan opening).
     std::function<void()> creeComboSection;
+    // Exchange: the name of the section (alley) at a feature's centre, "-1" when none.
+    std::function<QString(const carto::Feature&)> sectionDuTerrain;
+    std::function<QString(const carto::Feature&)> alleeDuTerrain;
+    // Exchange: the selected plot's labels, then Synchro and InfoTombes to the host.
+    std::function<void()> infosTerrainSelectionne;
+    // Plan: Combo_Calque's layer becomes the current layer.
+    std::function<void()> changeCalqueCourant;
+    // Editing: one feature of the current layer shown in the side panel.
+    std::function<void(const carto::Feature&)> afficheObjetSelectionne;
+    // Analysis: the context menu's "Mémoriser la sélection".
+    std::function<void()> enregistreMemorisation;
 };
 
 template <typename... A> void appelle(const std::function<void(A...)>& crochet, A... args) {
@@ -112,6 +131,11 @@ public:
 
     // Every modal dialog is shown through this hook, so tests can drive it.
     std::function<int(QDialog&)> montreModal = [](QDialog& d) { return d.exec(); };
+    // The system's text editor, started on a file without waiting for it (the analysis
+    // report); hosts and tests may put their own.
+    std::function<void(const QString&)> ouvreEditeur = [](const QString& fichier) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(fichier));
+    };
 
     // The settings file object, made when first needed.
     INI_FILE& ini() {

@@ -2,9 +2,17 @@
 // The side panel follows the selection of the current layer: ObjSel, the number or name
 // of the one feature selected, what may be saved, and the count of selected features.
 
+namespace carto {
+class Feature;
+}
+
 namespace veldra {
 
 class Contexte;
+
+// One feature of the current layer in the side panel: its number for a plot, its name
+// for an alley or a section.
+void afficheObjetSelectionne(Contexte& ctx, const carto::Feature& f);
 
 // The map's selection changed.
 void selectionChangee(Contexte& ctx);

@@ -34,7 +34,8 @@ void InfosTerrainSelectionne(Contexte& ctx);
 void OuvreFicheTombes(Contexte& ctx);
 // The synchronise button: the whole plan to the host with "A".
 void synchronise(Contexte& ctx);
-// Connects Btn_Synchro, B_OutilsInfo and the file-card buttons.
+// Connects Btn_Synchro and the file-card buttons. (B_OutilsInfo opens the quick
+// information panel, which then calls InfosTerrainSelectionne.)
 void connecteCollecte(Contexte& ctx);
 
 } // namespace veldra

@@ -31,6 +31,8 @@ struct HoteAvecRegistre {
         plantool::SampleOptions options = optionsExemple();
         options.plots = 90;
         options.raster = false;
+        // A number repeated in an alley would make a place name two plots.
+        options.faults = false;
         const QString plan = assurePlanExemple(dossier.path(), options);
         f = std::make_unique<FenetrePrincipale>(reglages);
         f->setPrompter(std::make_unique<PrompterSansEcran>(sortie));
