@@ -167,13 +167,13 @@ void situeResultat(Contexte& ctx, const carto::Features& resultat, int facteur) 
 }
 
 void rechercheEmplacement(Contexte& ctx) {
-    carto::Layer& tombes = calqueOuvert(ctx.v.Calque_Tombe, "Tombes");
     const QString s = ctx.s.Combo_section->currentText();
     const QString t = ctx.s.TB_SaisieEmplacement->text();
     if (videSansBlancs(t)) {
         dit(ctx, QStringLiteral("Vous devez saisir un numéro d'emplacement !"), kTitreIncorrect);
         return;
     }
+    carto::Layer& tombes = calqueOuvert(ctx.v.Calque_Tombe, "Tombes");
     if (!toutesSections(s)) {
         const carto::Feature section = sectionNommee(ctx, s);
         carto::Features resultat;

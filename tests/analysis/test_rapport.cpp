@@ -331,3 +331,26 @@ TEST(Rapport, ThePassesShowTheGaugeAndLeaveItClosed) {
     EXPECT_TRUE(f.w<QFrame>("Panel_Jauge")->isHidden());
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
+
+TEST(Rapport, WithoutAPlanEachPassSaysWhyAndTheReportIsStillWritten) {
+    ControleFixture f;
+    QStringList ouverts;
+    f.c->setEditeurHook([&ouverts](const QString& fichier) { ouverts << fichier; });
+    f.c->setRepFicAnalyse(f.dir.path());
+    f.w<QPushButton>("Btn_AnalysePlan")->click();
+    ASSERT_EQ(f.messages.size(), 3u); // plots, sections, alleys
+    for (const Message& m : f.messages) {
+        EXPECT_EQ(m.titre, "AnalyseConcessions");
+        EXPECT_TRUE(m.texte.startsWith(QString::number(err::CoucheInconnue) + " : "));
+    }
+    ASSERT_EQ(ouverts.size(), 1);
+    EXPECT_EQ(AnalyseFixture::lisRapport(ouverts[0]).size(), 37);
+    // The other commands of the module say nothing or refuse clearly.
+    QString liste = QStringLiteral("1@");
+    bool zoom = true;
+    EXPECT_THROW(f.c->SitueTombes(liste, zoom), Erreur);
+    f.c->contexte().crochets.enregistreMemorisation();
+    EXPECT_EQ(f.c->GetNbEltsMemorises(), 0);
+    f.w<QPushButton>("Btn_Rechercher")->click();
+    EXPECT_EQ(f.messages.back().texte, "Vous devez saisir un numéro d'emplacement !");
+}

@@ -179,3 +179,20 @@ TEST(Recherche, TheBoxOffersTheSectionsNumbersOnlyWhenTheHostAsks) {
     QCoreApplication::sendEvent(boite, &entree);
     EXPECT_EQ(boite->completer(), nullptr);
 }
+
+TEST(Recherche, APlanWithoutSectionsIsSearchedWhole) {
+    Recherche f;
+    {
+        carto::UpdateAccess acces(f.c->contexte().carte());
+        const carto::Features toutes = f.c->Calque_Sections->allFeatures();
+        for (const qint64 fid : toutes.fids())
+            f.c->Calque_Sections->deleteFeature(fid);
+        acces.commit();
+    }
+    f.c->Creer_Combo_Section();
+    ASSERT_EQ(f.w<QComboBox>("Combo_section")->count(), 0);
+    f.w<QLineEdit>("TB_SaisieEmplacement")->setText(QStringLiteral("12"));
+    f.w<QPushButton>("Btn_Rechercher")->click();
+    EXPECT_EQ(f.numerosChoisis(), (QStringList{"12", "12", "12", "12"}));
+    EXPECT_TRUE(f.messages.empty());
+}
