@@ -69,8 +69,11 @@ FenetrePrincipale::FenetrePrincipale(QSettings& reglages, QWidget* parent)
     sansPlan();
     // As a container loading the control: its saved properties before it is shown.
     plan_->ReadProperties(lisProprietes(reglages_));
-    // The demo lets its clerks undo their edits.
+    // The demo lets its clerks undo their edits, see the analysis' faults on the plan and
+    // complete the numbers they search.
     plan_->setAnnulation(true);
+    plan_->setAnalyseDetaillee(true);
+    plan_->setCompletionNumeros(true);
 }
 
 void FenetrePrincipale::setPrompter(std::unique_ptr<Prompter> prompter) {

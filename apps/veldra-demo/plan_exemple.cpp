@@ -13,6 +13,7 @@ plantool::SampleOptions optionsExemple() {
     o.seed = 1;
     o.raster = true;
     o.name = QStringLiteral("Exemple");
+    o.faults = true; // for the plan analysis to find
     return o;
 }
 

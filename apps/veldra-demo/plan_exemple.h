@@ -8,7 +8,7 @@
 
 namespace veldra::demo {
 
-// 600 plots, seed 1, with the paper raster, named "Exemple".
+// 600 plots, seed 1, with the paper raster and a few deliberate faults, named "Exemple".
 plantool::SampleOptions optionsExemple();
 
 // Makes sure `dossier` exists and can be written. Erreur with a French message otherwise.

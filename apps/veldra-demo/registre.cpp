@@ -1,6 +1,7 @@
 #include "registre.h"
 
 #include "base/erreur.h"
+#include "recordset/field_spec.h"
 
 #include <QHash>
 #include <QSet>
@@ -226,6 +227,52 @@ std::optional<QString> Registre::numeroConcession(int idgcf) const {
     if (!q.next())
         return std::nullopt;
     return q.value(0).toString();
+}
+
+namespace {
+
+// "Prénom Famille" as the register keeps a person: the first word is the first name.
+void ajoutePersonne(recordset::Recordset& rs, const QString& personne, const char* type) {
+    rs.addNew();
+    const qsizetype blanc = personne.indexOf(u' ');
+    rs.setValue(u"nom", blanc < 0 ? personne : personne.mid(blanc + 1));
+    rs.setValue(u"prenom", blanc < 0 ? QVariant() : QVariant(personne.left(blanc)));
+    if (type)
+        rs.setValue(u"type", QString::fromLatin1(type));
+    rs.update();
+}
+
+} // namespace
+
+RecordsetPtr Registre::concessionnaires(int idgcf) const {
+    RecordsetPtr rs = recordset::fromFieldSpec(u"nom C(64),prenom C(64),type C(1)");
+    const std::pair<const char*, const char*> tables[] = {
+        {"SELECT nom FROM titulaires WHERE idgcf = ? ORDER BY rowid", "T"},
+        {"SELECT nom FROM ayants_droit WHERE idgcf = ? ORDER BY rowid", "A"}};
+    for (const auto& [sql, type] : tables) {
+        QSqlQuery q(base());
+        q.prepare(QString::fromUtf8(sql));
+        q.addBindValue(idgcf);
+        execute(q);
+        while (q.next())
+            ajoutePersonne(*rs, q.value(0).toString(), type);
+    }
+    if (rs->recordCount() > 0)
+        rs->moveFirst();
+    return rs;
+}
+
+RecordsetPtr Registre::inhumes(int idgcf) const {
+    RecordsetPtr rs = recordset::fromFieldSpec(u"nom C(64),prenom C(64)");
+    QSqlQuery q(base());
+    q.prepare(QStringLiteral("SELECT nom FROM defunts WHERE idgcf = ? ORDER BY rowid"));
+    q.addBindValue(idgcf);
+    execute(q);
+    while (q.next())
+        ajoutePersonne(*rs, q.value(0).toString(), nullptr);
+    if (rs->recordCount() > 0)
+        rs->moveFirst();
+    return rs;
 }
 
 QStringList Registre::fiches(const QList<int>& ids) const {

@@ -45,6 +45,11 @@ public:
     Personnes personnes(int idgcf) const;
     // The number of the concession of that key, when the register holds one.
     std::optional<QString> numeroConcession(int idgcf) const;
+    // The concession's people as the control's quick information panel takes them: holders
+    // (type "T") and right holders (type "A") with nom, prenom and type; buried persons
+    // with nom and prenom. Empty record sets for a key the register does not hold.
+    RecordsetPtr concessionnaires(int idgcf) const;
+    RecordsetPtr inhumes(int idgcf) const;
     // One line per concession: its number, place and holders.
     QStringList fiches(const QList<int>& ids) const;
 

@@ -54,13 +54,17 @@ void brancheRegistre(Veldra& plan, Registre& registre, QPlainTextEdit& journal, 
             note(*j, QStringLiteral("échec de la synchronisation : ") + e.message());
         }
     });
-    QObject::connect(&plan, &Veldra::InfoTombes, &lien, [r, j](QString& id) {
+    QObject::connect(&plan, &Veldra::InfoTombes, &lien, [p, r, j](QString& id) {
         const Personnes gens = r->personnes(id.toInt());
         note(*j, QStringLiteral("concession %1 — titulaire(s) : %2 ; ayant(s) droit : %3 ; "
                                 "défunt(s) : %4")
                      .arg(id, gens.titulaires.join(QStringLiteral(", ")),
                           gens.ayantsDroit.join(QStringLiteral(", ")),
                           gens.defunts.join(QStringLiteral(", "))));
+        // The control's panel lists them too; a plot without a concession empties it.
+        RecordsetPtr personnes = r->concessionnaires(id.toInt());
+        RecordsetPtr inhumes = r->inhumes(id.toInt());
+        p->AfficheInfosRapides(personnes, inhumes);
     });
     QObject::connect(&plan, &Veldra::FicheTombe, &lien, [p, r](QString& ids) {
         QList<int> liste;

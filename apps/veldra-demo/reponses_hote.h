@@ -1,7 +1,8 @@
 #pragma once
 // How the demo host answers the control with its register: a whole-plan Synchro ("A") is
 // matched with the register by section, alley and plot number and sent back with MAJ;
-// InfoTombes is answered with the concession's people, FicheTombe with a window listing
+// InfoTombes is answered with the concession's people (AfficheInfosRapides fills the
+// control's quick information panel), FicheTombe with a window listing
 // the concessions' records.
 
 class QObject;

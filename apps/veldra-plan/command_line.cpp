@@ -27,6 +27,8 @@ std::variant<Command, QString> parseGenerate(const QStringList& args) {
         };
         if (a == QLatin1String("--no-raster")) {
             c.sample.raster = false;
+        } else if (a == QLatin1String("--faults")) {
+            c.sample.faults = true;
         } else if (a == QLatin1String("--plots") || a == QLatin1String("--seed") ||
                    a == QLatin1String("--name")) {
             const std::optional<QString> v = value();
@@ -90,7 +92,9 @@ QString usage() {
         "  veldra-plan create DOSSIER NOM\n"
         "      crée le plan vide DOSSIER/NOM.gpkg (jamais par-dessus un plan existant)\n"
         "  veldra-plan generate DOSSIER [--plots N] [--seed S] [--name NOM] [--no-raster]\n"
-        "      écrit un plan d'exemple de N emplacements (1200), graine S (1), NOM (Exemple)\n"
+        "                               [--faults]\n"
+        "      écrit un plan d'exemple de N emplacements (1200), graine S (1), NOM (Exemple) ;\n"
+        "      avec --faults, quelques défauts voulus que l'analyse du plan relève\n"
         "  veldra-plan library DOSSIER\n"
         "      écrit la bibliothèque de symboles DOSSIER/Bibli/Bibli.gst\n"
         "  veldra-plan resources DOSSIER\n"

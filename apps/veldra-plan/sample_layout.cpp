@@ -241,4 +241,43 @@ SampleLayout layOutSample(int plots, const QString& cemetery, quint32 seed) {
     return out;
 }
 
+namespace {
+
+void moveTo(PlotLayout& p, Point centre) {
+    const double dx = centre.x - p.centre.x, dy = centre.y - p.centre.y;
+    for (Point& c : p.corners) {
+        c.x += dx;
+        c.y += dy;
+    }
+    p.centre = centre;
+}
+
+} // namespace
+
+void addDeliberateFaults(SampleLayout& layout) {
+    if (layout.sections.empty() || layout.sections.front().alleys.empty())
+        return;
+    std::vector<PlotLayout>& first = layout.sections.front().alleys.front().plots;
+    if (first.size() >= 4) {
+        PlotLayout& moved = first[1];
+        moveTo(moved, {moved.centre.x - 1.0, moved.centre.y});
+        first[3].numero = first[2].numero;
+        first[3].numberSize = first[2].numberSize;
+    }
+    if (first.size() >= 6)
+        first[5].numbered = false;
+
+    SectionLayout& lastSection = layout.sections.back();
+    if (lastSection.alleys.size() >= 2)
+        lastSection.alleys[1].name.clear();
+    std::vector<PlotLayout>& last = lastSection.alleys.back().plots;
+    if (&last == &first || last.size() < 3)
+        return;
+    // Clear of the forecourt's trees, paths and texts; the east wall is x = width.
+    const double forecourt = Forecourt - 5;
+    moveTo(last[last.size() - 3], {0.1 * layout.width, forecourt});
+    moveTo(last[last.size() - 2], {layout.width, 10});
+    moveTo(last[last.size() - 1], {layout.width + 4, 10});
+}
+
 } // namespace veldra::plantool

@@ -23,6 +23,7 @@ struct PlotLayout {
     Point centre;
     double angle = 0; // degrees it is turned from its alley; also its number's angle
     int numero = 0;
+    bool numbered = true;    // false: the plot has no number yet, and no label
     double numberSize = 0.5; // height of its number, to fit across the plot
     QString family;          // empty for most plots
 };
@@ -71,5 +72,15 @@ struct SampleLayout {
 
 // `plots` >= 0; `cemetery` is the name written on the plan.
 SampleLayout layOutSample(int plots, const QString& cemetery, quint32 seed);
+
+// What a plan drawn by hand gets wrong, put into the layout on purpose so that checking
+// the plan has something to find. Each fault needs its plots and is left out when the
+// layout has too few:
+// - in the first alley of the first section: its 2nd plot moved onto the 1st (they
+//   overlap), its 4th plot given the number of its 3rd, its 6th plot left unnumbered;
+// - from the last alley of the last section, its last three plots moved: one into the
+//   forecourt (in no section and no alley), one across the east wall, one outside it;
+// - the second alley of the last section has no name.
+void addDeliberateFaults(SampleLayout& layout);
 
 } // namespace veldra::plantool

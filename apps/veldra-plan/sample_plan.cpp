@@ -81,7 +81,7 @@ void writePlots(LayerWriter& plots, LayerWriter& numbers, const SampleLayout& la
     for (const SectionLayout& s : layout.sections) {
         for (const AlleyLayout& a : s.alleys) {
             for (const PlotLayout& p : a.plots) {
-                const QString number = QString::number(p.numero);
+                const QString number = p.numbered ? QString::number(p.numero) : QString();
                 OGRFeatureUniquePtr plot = plots.blank();
                 if (++id % kUnheldEvery != 0) {
                     plot->SetField(idgcf, id);
@@ -96,6 +96,8 @@ void writePlots(LayerWriter& plots, LayerWriter& numbers, const SampleLayout& la
                 setText(*plot, photo, {});
                 setText(*plot, booleen, {});
                 plots.add(*plot, polygon(p.corners), plotStyle);
+                if (!p.numbered)
+                    continue;
 
                 OGRFeatureUniquePtr label = numbers.blank();
                 setText(*label, texte, number);
@@ -173,7 +175,9 @@ QString generateSamplePlan(const QString& folder, const SampleOptions& options) 
                          .arg(MaxSamplePlots));
     checkFileName(options.name);
     const QDir dir(prepareFolder(folder));
-    const SampleLayout layout = layOutSample(options.plots, options.name, options.seed);
+    SampleLayout layout = layOutSample(options.plots, options.name, options.seed);
+    if (options.faults)
+        addDeliberateFaults(layout);
 
     StagedFile plan(dir.filePath(options.name + QStringLiteral(".gpkg")), QStringLiteral("gpkg"));
     std::optional<StagedFile> image;

@@ -14,6 +14,7 @@ struct SampleOptions {
     quint32 seed = 1;
     bool raster = true; // also a paper-like image of the plan, "<name>.tif", as layer "Raster"
     QString name = QStringLiteral("Exemple");
+    bool faults = false; // a few deliberate faults for the analysis (addDeliberateFaults)
 };
 
 inline constexpr int MaxSamplePlots = 1'000'000;

@@ -134,7 +134,8 @@ void connecteAffichage(Contexte& ctx) {
     auto* deplaceur = new DeplaceurDePanneaux(&ctx.controle);
     for (auto [panneau, titre] :
          {std::pair{s.Panel_Bibli, s.Label1}, std::pair{s.Panel_Localisation, s.Label8},
-          std::pair{s.Panel_Dist, s.Label9}, std::pair{s.Panel_Outils, s.Label7}}) {
+          std::pair{s.Panel_Dist, s.Label9}, std::pair{s.Panel_Outils, s.Label7},
+          std::pair{s.Panel_Anomalies, s.Label_Anomalies}}) {
         deplaceur->ajoute(panneau, panneau);
         deplaceur->ajoute(panneau, titre);
     }

@@ -12,10 +12,12 @@
 #include "context/surface.h"
 #include "recordset/recordset.h"
 
+#include <QDesktopServices>
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QMenu>
 #include <QStringList>
+#include <QUrl>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -75,6 +77,12 @@ struct EtatControle {
     QString calqueCopie;
     // The lettering kept for the next free texts (Divers' Cb_Sauvegarde).
     std::optional<carto::Style> styleTexte;
+    RecordsetPtr memorisation; // the memorised selection ("IdGCF N"); none before the first
+    qint32 nbMemorises = 0;    // its record count at the last memorisation
+    // Beyond the original, off by default: the analysis lists and marks its faults and
+    // checks overlaps and repeated numbers; the number box completes existing numbers.
+    bool analyseDetaillee = false;
+    bool completionNumeros = false;
 };
 
 // The events a module raises to the host, wired by the control to its signals.
@@ -103,10 +111,16 @@ struct Crochets {
     // (context menu).
     std::function<void()> ouvreFicheTombes;
     std::function<void()> affecteConcession;
-    // Analysis: the selection memorised (context menu).
-    std::function<void()> memoriseSelection;
     // Output: the style of the selection (context menu).
     std::function<void()> styleSelection;
+    // Exchange: the selected plot's labels, then Synchro and InfoTombes to the host.
+    std::function<void()> infosTerrainSelectionne;
+    // Plan: Combo_Calque's layer becomes the current layer.
+    std::function<void()> changeCalqueCourant;
+    // Editing: one feature of the current layer shown in the side panel.
+    std::function<void(const carto::Feature&)> afficheObjetSelectionne;
+    // Analysis: the context menu's "Mémoriser la sélection".
+    std::function<void()> enregistreMemorisation;
 };
 
 template <typename... A> void appelle(const std::function<void(A...)>& crochet, A... args) {
@@ -134,6 +148,11 @@ public:
     // Every pop-up menu likewise: the action chosen, nullptr for none.
     std::function<QAction*(QMenu&, const QPoint&)> montreMenu = [](QMenu& m, const QPoint& p) {
         return m.exec(p);
+    };
+    // The system's text editor, started on a file without waiting for it (the analysis
+    // report); hosts and tests may put their own.
+    std::function<void(const QString&)> ouvreEditeur = [](const QString& fichier) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(fichier));
     };
 
     // The settings file object, made when first needed.

@@ -105,6 +105,22 @@ void panneauInfos(Surface& s, QWidget* parent) {
     entete->addWidget(s.Btn_Fleche);
     s.Num_Selec = cree<QLabel>(s.Panel_Infos, "Num_Selec");
     entete->addWidget(s.Num_Selec, 1);
+    s.b_selec = cree<QFrame>(s.Panel_Infos, "b_selec");
+    auto* parcours = new QHBoxLayout(s.b_selec);
+    parcours->setContentsMargins(0, 0, 0, 0);
+    parcours->setSpacing(0);
+    const QString fleches[4] = {QStringLiteral("«"), QStringLiteral("‹"), QStringLiteral("›"),
+                                QStringLiteral("»")};
+    const QString sens[4] = {QStringLiteral("Premier élément sélectionné"),
+                             QStringLiteral("Élément précédent"), QStringLiteral("Élément suivant"),
+                             QStringLiteral("Dernier élément sélectionné")};
+    for (int i = 0; i < 4; ++i) {
+        s.b_selec_[size_t(i)] =
+            bouton(s.b_selec, QStringLiteral("b_selec_%1").arg(i), fleches[i], sens[i]);
+        s.b_selec_[size_t(i)]->setMinimumSize(22, 22);
+        parcours->addWidget(s.b_selec_[size_t(i)]);
+    }
+    entete->addWidget(s.b_selec);
     l->addLayout(entete);
     s.corpsInfos = new QWidget(s.Panel_Infos);
     l->addWidget(s.corpsInfos, 1);
@@ -152,6 +168,11 @@ void panneauInfos(Surface& s, QWidget* parent) {
     s.HLBBttn2 = cree<QPushButton>(s.corpsInfos, "HLBBttn2", QStringLiteral("Fiche"));
     s.HLBBttn2->setToolTip(QStringLiteral("Fiche des concessions sélectionnées"));
     actions->addWidget(s.HLBBttn2, 2, 0);
+    s.Btn_InfosRapides =
+        cree<QPushButton>(s.corpsInfos, "Btn_InfosRapides", QStringLiteral("Infos rapides"));
+    s.Btn_InfosRapides->setToolTip(
+        QStringLiteral("Qui est concerné par l'emplacement sélectionné"));
+    actions->addWidget(s.Btn_InfosRapides, 2, 1);
     actions->addWidget(s.Btn_Sauver, 0, 0);
     actions->addWidget(s.Btn_Visu, 0, 1);
     actions->addWidget(s.Btn_ModifStyle, 1, 0);
@@ -329,7 +350,7 @@ void panneauxFlottants(Surface& s, QWidget& c) {
     auto* pi = new QGridLayout(s.PInfos);
     s.HLBBttn6 =
         bouton(s.PInfos, QStringLiteral("HLBBttn6"), QStringLiteral("✕"), QStringLiteral("Fermer"));
-    s.HLBBttn5 = bouton(s.PInfos, QStringLiteral("HLBBttn5"), QStringLiteral("🗎"),
+    s.HLBBttn5 = bouton(s.PInfos, QStringLiteral("HLBBttn5"), QStringLiteral("Fiche"),
                         QStringLiteral("Fiche de la concession"));
     s.L_Tombes = cree<QLabel>(s.PInfos, "L_Tombes");
     s.L_Section = cree<QLabel>(s.PInfos, "L_Section");
@@ -342,6 +363,23 @@ void panneauxFlottants(Surface& s, QWidget& c) {
     pi->addWidget(new QLabel(QStringLiteral("Allée :"), s.PInfos), 2, 0);
     pi->addWidget(s.L_Allee, 2, 1);
     pi->addWidget(s.HLBBttn5, 2, 2);
+    const auto liste = [&s, pi](QLabel*& titre, const char* nomTitre, const QString& texte,
+                                QListWidget*& l, const char* nom, int ligne) {
+        titre = cree<QLabel>(s.PInfos, nomTitre, texte);
+        l = cree<QListWidget>(s.PInfos, nom);
+        l->setSelectionMode(QAbstractItemView::NoSelection);
+        l->setMinimumHeight(44);
+        pi->addWidget(titre, ligne, 0, 1, 3);
+        pi->addWidget(l, ligne + 1, 0, 1, 3);
+        pi->setRowStretch(ligne + 1, 1);
+    };
+    liste(s.Label_List1, "Label_List1", QStringLiteral("Liste des concessionaires :"), s.List1,
+          "List1", 3);
+    liste(s.Label_List3, "Label_List3", QStringLiteral("Liste des ayants droits :"), s.List3,
+          "List3", 5);
+    liste(s.Label_List2, "Label_List2", QStringLiteral("Liste des inhumés"), s.List2, "List2", 7);
+    pi->setColumnStretch(1, 1);
+    s.PInfos->resize(260, 330);
     s.PInfos->hide();
     s.picMore = panneau(&c, "picMore", QFrame::Box);
     s.picMore->hide();
@@ -360,8 +398,33 @@ void panneauxFlottants(Surface& s, QWidget& c) {
     pr->addStretch(1);
     s.P_preferences->hide();
     s.P_traitements = panneau(&c, "P_traitements", QFrame::Box);
-    new QVBoxLayout(s.P_traitements);
+    auto* tr = new QVBoxLayout(s.P_traitements);
+    s.Btn_AnalysePlan =
+        cree<QPushButton>(s.P_traitements, "Btn_AnalysePlan", QStringLiteral("Analyser le plan"));
+    s.Btn_AnalysePlan->setToolTip(
+        QStringLiteral("Vérifier le plan et écrire le rapport d'analyse"));
+    s.Btn_VoirMemorisation = cree<QPushButton>(s.P_traitements, "Btn_VoirMemorisation",
+                                               QStringLiteral("Voir la sélection mémorisée"));
+    tr->addWidget(s.Btn_AnalysePlan);
+    tr->addWidget(s.Btn_VoirMemorisation);
+    tr->addStretch(1);
     s.P_traitements->hide();
+
+    // The analysis' faults
+    s.Panel_Anomalies = flottant(&c, "Panel_Anomalies", s.Label_Anomalies, "Label_Anomalies",
+                                 QStringLiteral("Anomalies du plan"));
+    s.Btn_FermerAnomalies = bouton(s.Label_Anomalies, QStringLiteral("Btn_FermerAnomalies"),
+                                   QStringLiteral("✕"), QStringLiteral("Fermer"));
+    auto* titreAnomalies = new QHBoxLayout(s.Label_Anomalies);
+    titreAnomalies->setContentsMargins(0, 0, 0, 0);
+    titreAnomalies->addStretch(1);
+    titreAnomalies->addWidget(s.Btn_FermerAnomalies);
+    s.Btn_FermerAnomalies->setStyleSheet(QStringLiteral("color:white;"));
+    s.Liste_Anomalies = cree<QListWidget>(s.Panel_Anomalies, "Liste_Anomalies");
+    s.Liste_Anomalies->setWordWrap(true);
+    s.Liste_Anomalies->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    s.Panel_Anomalies->layout()->addWidget(s.Liste_Anomalies);
+    s.Panel_Anomalies->resize(360, 220);
 
     // Ruler guides
     s.Regle = panneau(&c, "Regle", QFrame::HLine);
@@ -386,7 +449,7 @@ Surface construireSurface(QWidget& controle) {
     // Floating panels and the gauge stay above the map.
     for (QWidget* w : std::initializer_list<QWidget*>{
              s.Panel_Localisation, s.Panel_Bibli, s.Panel_Dist, s.Panel_Outils, s.PInfos, s.picMore,
-             s.P_preferences, s.P_traitements, s.Panel_Jauge})
+             s.Panel_Anomalies, s.P_preferences, s.P_traitements, s.Panel_Jauge})
         w->raise();
     return s;
 }

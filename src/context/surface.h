@@ -10,6 +10,7 @@
 #include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTabBar>
@@ -59,6 +60,8 @@ struct Surface {
     QFrame* Panel_Infos = nullptr;
     QWidget* corpsInfos = nullptr; // what folding the panel hides
     QLabel* Num_Selec = nullptr;
+    QFrame* b_selec = nullptr; // browses the selection: first, previous, next, last
+    std::array<QToolButton*, 4> b_selec_ = {};
     QFrame* Frame_Numero = nullptr;
     QLineEdit* SaisieNum = nullptr;
     QToolButton* Btn_RotationNumero = nullptr;
@@ -70,6 +73,7 @@ struct Surface {
     QPushButton* Btn_ModifStyle = nullptr;
     QPushButton* Btn_DeplaceEtiquette = nullptr;
     QPushButton* HLBBttn2 = nullptr; // the selected plots' file card
+    QPushButton* Btn_InfosRapides = nullptr;
 
     // Bottom band: plot search
     QFrame* Panel_Bas = nullptr;
@@ -100,6 +104,8 @@ struct Surface {
     QFrame* P_preferences = nullptr;
     QFrame* PCouleur = nullptr;
     QFrame* P_traitements = nullptr;
+    QPushButton* Btn_AnalysePlan = nullptr;
+    QPushButton* Btn_VoirMemorisation = nullptr;
 
     // Floating panels
     QFrame* Panel_Outils = nullptr;
@@ -122,7 +128,18 @@ struct Surface {
     QLabel* L_Tombes = nullptr;
     QLabel* L_Section = nullptr;
     QLabel* L_Allee = nullptr;
+    QLabel* Label_List1 = nullptr;
+    QListWidget* List1 = nullptr; // holders
+    QLabel* Label_List3 = nullptr;
+    QListWidget* List3 = nullptr; // right holders
+    QLabel* Label_List2 = nullptr;
+    QListWidget* List2 = nullptr; // buried persons
     QFrame* picMore = nullptr;
+    // The faults the analysis found, each selecting its feature when clicked.
+    QFrame* Panel_Anomalies = nullptr;
+    QLabel* Label_Anomalies = nullptr;
+    QToolButton* Btn_FermerAnomalies = nullptr;
+    QListWidget* Liste_Anomalies = nullptr;
 
     QTimer* Timer1 = nullptr;
     QUndoStack* Historique = nullptr; // the open plan's edits, when the history is on

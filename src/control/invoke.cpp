@@ -167,6 +167,29 @@ const std::unordered_map<qint32, Appel>& appels() {
              c.Creer_Combo_Section();
              return {};
          }},
+        {0x60030011,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 2, "AfficheInfosRapides");
+             RecordsetPtr personnes = a[0].value<RecordsetPtr>();
+             RecordsetPtr inhumes = a[1].value<RecordsetPtr>();
+             c.AfficheInfosRapides(personnes, inhumes);
+             a = {QVariant::fromValue(personnes), QVariant::fromValue(inhumes)};
+             return {};
+         }},
+        {0x60030080,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 2, "SitueTombes");
+             QString liste = a[0].toString();
+             bool zoom = a[1].toBool();
+             c.SitueTombes(liste, zoom);
+             a = {liste, zoom};
+             return {};
+         }},
+        {0x600300af,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 0, "GetEltsMemorises");
+             return QVariant::fromValue(c.GetEltsMemorises());
+         }},
         {0x600300a2,
          [](Veldra& c, QVariantList& a) -> QVariant {
              attendus(a, 1, "ChangeDroitEdition");

@@ -1,5 +1,9 @@
 #include "control/veldra.h"
 
+#include "analysis/connexions.h"
+#include "analysis/infos_rapides.h"
+#include "analysis/memorisation.h"
+#include "analysis/situe_tombes.h"
 #include "base/erreur.h"
 #include "context/affichage.h"
 #include "context/disposition.h"
@@ -80,6 +84,7 @@ void Veldra::connecteSurface() {
     connecteCollecte(ctx_);
     connecteListes(ctx_);
     connecteSelection(ctx_);
+    connecteAnalyse(ctx_);
     Evenements& e = ctx_.evenements;
     e.Synchro = [this](RecordsetPtr& rs, QString& type) { emit Synchro(rs, type); };
     e.InfoTombes = [this](QString& id) { emit InfoTombes(id); };
@@ -94,6 +99,10 @@ void Veldra::connecteSurface() {
     h.activeOutilsDessin = [c] { activeOutilsDessin(*c); };
     h.prepareOutilsCarte = [c] { prepareOutilsCarte(*c); };
     h.creeComboSection = [c] { veldra::Creer_Combo_Section(*c); };
+    h.infosTerrainSelectionne = [c] { InfosTerrainSelectionne(*c); };
+    h.changeCalqueCourant = [c] { changeCalqueCourant(*c); };
+    h.afficheObjetSelectionne = [c](const carto::Feature& f) { afficheObjetSelectionne(*c, f); };
+    h.enregistreMemorisation = [c] { EnregistreMemorisation(*c); };
     connect(surface_.Combo_Calque, &QComboBox::activated, this,
             garde(ctx_, [c] { changeCalqueCourant(*c); }));
     connect(surface_.CB_ModeEdition, &QCheckBox::clicked, this,
@@ -222,6 +231,22 @@ void Veldra::DefinirTaille() {
     veldra::DefinirTaille(ctx_);
 }
 
+void Veldra::AfficheInfosRapides(RecordsetPtr& oRs, RecordsetPtr& oRsIn) {
+    veldra::AfficheInfosRapides(ctx_, oRs.get(), oRsIn.get());
+}
+
+void Veldra::SitueTombes(QString& ListeId, bool& ModifieZoom) {
+    veldra::SitueTombes(ctx_, ListeId, ModifieZoom);
+}
+
+RecordsetPtr Veldra::GetEltsMemorises() {
+    return veldra::GetEltsMemorises(ctx_);
+}
+
+qint32 Veldra::GetNbEltsMemorises() const {
+    return veldra::GetNbEltsMemorises(ctx_);
+}
+
 bool Veldra::FontMax() const {
     return ctx_.etat.fontMax;
 }
@@ -236,6 +261,22 @@ bool Veldra::Annulation() const {
 
 void Veldra::setAnnulation(bool v) {
     activeHistorique(ctx_, v);
+}
+
+bool Veldra::AnalyseDetaillee() const {
+    return ctx_.etat.analyseDetaillee;
+}
+
+void Veldra::setAnalyseDetaillee(bool v) {
+    ctx_.etat.analyseDetaillee = v;
+}
+
+bool Veldra::CompletionNumeros() const {
+    return ctx_.etat.completionNumeros;
+}
+
+void Veldra::setCompletionNumeros(bool v) {
+    ctx_.etat.completionNumeros = v;
 }
 
 void Veldra::ChangeDroitEdition(bool& valeur) {
@@ -267,6 +308,10 @@ void Veldra::setPrompter(std::unique_ptr<Prompter> prompter) {
 
 void Veldra::setModalHook(std::function<int(QDialog&)> hook) {
     ctx_.montreModal = std::move(hook);
+}
+
+void Veldra::setEditeurHook(std::function<void(const QString&)> hook) {
+    ctx_.ouvreEditeur = std::move(hook);
 }
 
 void Veldra::setDossierControle(const QString& dossier) {

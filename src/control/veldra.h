@@ -22,6 +22,11 @@ class Veldra : public QWidget, public VariablesPubliques {
     Q_PROPERTY(bool FontMax READ FontMax WRITE setFontMax)
     // Beyond the original, off by default: undo and redo of the user's edits.
     Q_PROPERTY(bool Annulation READ Annulation WRITE setAnnulation)
+    // Beyond the original, off by default: the analysis lists and marks its faults and
+    // also checks overlapping plots and numbers repeated in an alley.
+    Q_PROPERTY(bool AnalyseDetaillee READ AnalyseDetaillee WRITE setAnalyseDetaillee)
+    // Beyond the original, off by default: the number box offers the plots' numbers.
+    Q_PROPERTY(bool CompletionNumeros READ CompletionNumeros WRITE setCompletionNumeros)
     Q_PROPERTY(QString Repertoire_Export READ Repertoire_Export WRITE setRepertoire_Export)
     Q_PROPERTY(QString RepCurseurs READ RepCurseurs WRITE setRepCurseurs)
     Q_PROPERTY(QString RepFicAnalyse READ RepFicAnalyse WRITE setRepFicAnalyse)
@@ -37,6 +42,10 @@ public:
     void setFontMax(bool v);
     bool Annulation() const;
     void setAnnulation(bool v);
+    bool AnalyseDetaillee() const;
+    void setAnalyseDetaillee(bool v);
+    bool CompletionNumeros() const;
+    void setCompletionNumeros(bool v);
     QString Repertoire_Export() const { return repertoireExport_; }
     void setRepertoire_Export(const QString& v);
     QString RepCurseurs() const;
@@ -45,7 +54,7 @@ public:
     void setRepFicAnalyse(const QString& v);
     // Reading empties it: a second read gives "".
     QString ImageLocalisationTerminee();
-    qint32 GetNbEltsMemorises() const { return nbEltsMemorises_; }
+    qint32 GetNbEltsMemorises() const;
 
     // ---- methods
     void OuvreCimetiere(QString& chemin, bool& Nouveau, QString& NomCimetiere, bool& DroitEdition);
@@ -74,6 +83,10 @@ public:
     void AngleDroit();
     void OrienterTerrains(QString& cote);
     void DefinirTaille();
+    // Record sets of the wrong shape reach the host as Erreur, the panel unchanged.
+    void AfficheInfosRapides(RecordsetPtr& oRs, RecordsetPtr& oRsIn);
+    void SitueTombes(QString& ListeId, bool& ModifieZoom);
+    RecordsetPtr GetEltsMemorises();
 
     // ---- the container
     // Design-time properties: read when the container loads the control, written when it
@@ -87,6 +100,8 @@ public:
     // Hooks for hosts and tests.
     void setPrompter(std::unique_ptr<Prompter> prompter);
     void setModalHook(std::function<int(QDialog&)> hook);
+    // What opens the analysis report: the system's text editor by default.
+    void setEditeurHook(std::function<void(const QString&)> hook);
     // The folder where the control keeps its settings file and cursors.
     void setDossierControle(const QString& dossier);
     QString dossierControle() const { return ctx_.dossierControle; }
@@ -125,7 +140,6 @@ private:
     QString repertoireExport_;
     QString repFicAnalyse_ = QStringLiteral("AnalysePlan.txt");
     QString imageLocalisationTerminee_;
-    qint32 nbEltsMemorises_ = 0;
     bool montre_ = false;
 };
 

@@ -146,7 +146,7 @@ void dispatche(Contexte& ctx, int numero, const QString& etiquette) {
     else if (numero == Concession)
         appelle(ctx.crochets.affecteConcession);
     else if (numero == Memorisation)
-        appelle(ctx.crochets.memoriseSelection);
+        appelle(ctx.crochets.enregistreMemorisation);
     else if (numero == Taille)
         DefinirTaille(ctx);
     else if (numero == Style)

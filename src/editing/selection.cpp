@@ -13,10 +13,7 @@
 
 namespace veldra {
 
-namespace {
-
-// The one feature selected: its number for a plot, its name for an alley or a section.
-void afficheSelection(Contexte& ctx, const carto::Feature& f) {
+void afficheObjetSelectionne(Contexte& ctx, const carto::Feature& f) {
     VariablesPubliques& v = ctx.v;
     carto::Layer* courant = v.Calque_Courant;
     if (estCalque(courant, v.Calque_Tombe)) {
@@ -27,8 +24,6 @@ void afficheSelection(Contexte& ctx, const carto::Feature& f) {
         ctx.s.Label_Nom->setText(f.keyValue().toString());
     }
 }
-
-} // namespace
 
 std::vector<carto::Feature> selectionCourante(Contexte& ctx) {
     std::vector<carto::Feature> choisis;
@@ -51,7 +46,7 @@ void selectionChangee(Contexte& ctx) {
     const bool plots = estCalque(courant, v.Calque_Tombe);
     const bool nomme = estCalque(courant, v.Calque_Allees) || estCalque(courant, v.Calque_Sections);
     if (v.ObjSel.count() == 1) {
-        afficheSelection(ctx, v.ObjSel.at(0));
+        afficheObjetSelectionne(ctx, v.ObjSel.at(0));
         if (v.ModeEdition)
             s.Btn_Sauver->setEnabled(true);
         s.Btn_Visu->setVisible(true);

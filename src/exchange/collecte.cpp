@@ -262,8 +262,6 @@ void connecteCollecte(Contexte& ctx) {
     ctx.crochets.affecteConcession = [c] { AffecteUneConcession(*c); };
     QObject::connect(s.Btn_Synchro, &QPushButton::clicked, &ctx.controle,
                      garde(ctx, [c] { synchronise(*c); }));
-    QObject::connect(s.B_OutilsInfo, &QToolButton::clicked, &ctx.controle,
-                     garde(ctx, [c] { InfosTerrainSelectionne(*c); }));
     for (QAbstractButton* b :
          {static_cast<QAbstractButton*>(s.HLBBttn2), static_cast<QAbstractButton*>(s.HLBBttn5)})
         QObject::connect(b, &QAbstractButton::clicked, &ctx.controle,

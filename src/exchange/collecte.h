@@ -33,7 +33,8 @@ void OuvreFicheTombes(Contexte& ctx);
 void AffecteUneConcession(Contexte& ctx);
 // The synchronise button: the whole plan to the host with "A".
 void synchronise(Contexte& ctx);
-// Connects Btn_Synchro, B_OutilsInfo and the file-card buttons, and offers the file card
+// Connects Btn_Synchro and the file-card buttons (B_OutilsInfo opens the quick
+// information panel, which then calls InfosTerrainSelectionne), and offers the file card
 // and the assignment of a concession to the context menu.
 void connecteCollecte(Contexte& ctx);
 

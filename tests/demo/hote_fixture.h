@@ -24,6 +24,8 @@ struct HoteAvecRegistre {
         veldra::plantool::SampleOptions options = veldra::demo::optionsExemple();
         options.plots = 90;
         options.raster = false;
+        // A number repeated in an alley would make a place name two plots.
+        options.faults = false;
         const QString plan = veldra::demo::assurePlanExemple(dossier.path(), options);
         f = std::make_unique<veldra::demo::FenetrePrincipale>(reglages);
         f->setPrompter(std::make_unique<veldra::demo::PrompterSansEcran>(sortie));

@@ -51,6 +51,8 @@ TEST(CommandLine, ReadsEachCommand) {
     EXPECT_EQ(c.sample.seed, 4000000000u);
     EXPECT_EQ(c.sample.name, "X");
     EXPECT_FALSE(c.sample.raster);
+    EXPECT_FALSE(c.sample.faults);
+    EXPECT_TRUE(parsed({"generate", "/d", "--faults"}).sample.faults);
 
     c = parsed({"generate", "/d"});
     const SampleOptions defaults;

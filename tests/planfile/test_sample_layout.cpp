@@ -82,3 +82,36 @@ TEST(Layout, PlotsAreAboutOneByTwoMetresAndSomeAreTurned) {
     EXPECT_GT(turned, 0);
     EXPECT_LT(turned, 3000);
 }
+
+TEST(Layout, DeliberateFaultsTouchOnlyTheirPlotsAndNeedEnoughOfThem) {
+    const SampleLayout sain = layOutSample(300, QStringLiteral("Essai"), 4);
+    SampleLayout fautif = sain;
+    addDeliberateFaults(fautif);
+    EXPECT_EQ(fautif.plotCount(), 300);
+    int changes = 0;
+    for (std::size_t s = 0; s < sain.sections.size(); ++s)
+        for (std::size_t a = 0; a < sain.sections[s].alleys.size(); ++a) {
+            const AlleyLayout& avant = sain.sections[s].alleys[a];
+            const AlleyLayout& apres = fautif.sections[s].alleys[a];
+            changes += avant.name != apres.name ? 1 : 0;
+            for (std::size_t i = 0; i < avant.plots.size(); ++i) {
+                const PlotLayout& p = avant.plots[i];
+                const PlotLayout& q = apres.plots[i];
+                changes += p.centre != q.centre || p.numero != q.numero || p.numbered != q.numbered
+                               ? 1
+                               : 0;
+            }
+        }
+    // Three plots of the first alley, three moved from the last, one alley's name.
+    EXPECT_EQ(changes, 3 + 3 + 1);
+    const std::vector<PlotLayout>& premiere = fautif.sections.front().alleys.front().plots;
+    EXPECT_EQ(premiere[3].numero, premiere[2].numero);
+    EXPECT_FALSE(premiere[5].numbered);
+
+    // Too few plots for them: the faults that need plots are left out, nothing breaks.
+    for (int n : {0, 1, 3, 7}) {
+        SampleLayout petit = layOutSample(n, QStringLiteral("Essai"), 4);
+        addDeliberateFaults(petit);
+        EXPECT_EQ(petit.plotCount(), n);
+    }
+}
