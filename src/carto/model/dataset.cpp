@@ -30,8 +30,16 @@ Dataset::Dataset(QString name, Layer& layer)
 }
 
 Dataset::Dataset(QString name, Layer& layer, const recordset::Recordset& rows,
-                 const QString& geoField)
+                 const QString& geoField, const QString& bindField)
     : name_(std::move(name)), kind_(DatasetKind::Recordset), layer_(&layer), geoField_(geoField) {
+    if (!bindField.isEmpty()) {
+        const qsizetype bound = layer.fieldIndex(bindField);
+        if (bound < 0)
+            throw Erreur(err::ChampInconnu,
+                         QStringLiteral("La colonne « %1 » est introuvable dans la couche « %2 ».")
+                             .arg(bindField, layer.name()));
+        bindField_ = layer.fields()[size_t(bound)].name;
+    }
     for (const auto& f : rows.fields())
         columns_ << f.name;
     const qsizetype key = column(geoField);
@@ -41,9 +49,10 @@ Dataset::Dataset(QString name, Layer& layer, const recordset::Recordset& rows,
             std::vector<QVariant> values;
             for (qsizetype i = 0; i < columns_.size(); ++i)
                 values.push_back(cursor->value(i));
-            // The first record of a key wins, as a join would take it.
+            // The first record of a key wins, as a join would take it; a record without a
+            // key designates nothing.
             const QString k = keyText(values[size_t(key)]);
-            if (!rowsByKey_.contains(k))
+            if (!k.isEmpty() && !rowsByKey_.contains(k))
                 rowsByKey_.insert(k, std::move(values));
         }
 }
@@ -71,7 +80,11 @@ QVariant Dataset::value(const Feature& f, QStringView field) const {
     const qsizetype c = column(field);
     if (kind_ == DatasetKind::Layer)
         return f.attribute(columns_[c]);
-    const auto it = rowsByKey_.constFind(keyText(f.keyValue()));
+    const QVariant key = bindField_.isEmpty() ? QVariant(f.fid()) : f.attribute(bindField_);
+    const QString k = keyText(key);
+    if (k.isEmpty())
+        return {};
+    const auto it = rowsByKey_.constFind(k);
     return it == rowsByKey_.constEnd() ? QVariant() : (*it)[size_t(c)];
 }
 

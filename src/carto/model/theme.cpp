@@ -84,6 +84,10 @@ void Theme::recompute() {
         cats[i].style.regionPattern = pattern::Solid;
     }
     categories_ = std::move(cats);
+    indexOfValue_.clear();
+    if (!numeric_)
+        for (size_t i = 0; i < categories_.size(); ++i)
+            indexOfValue_.insert(categories_[i].value.toString(), int(i));
     legend.texts.clear();
     for (const ThemeCategory& c : categories_)
         legend.texts.push_back(numeric_ ? QStringLiteral("%1 - %2").arg(c.min).arg(c.max)
@@ -101,11 +105,7 @@ int Theme::categoryOf(const Feature& f) const {
                 return int(i);
         return -1;
     }
-    const QString t = valueText(v);
-    for (size_t i = 0; i < categories_.size(); ++i)
-        if (categories_[i].value.toString() == t)
-            return int(i);
-    return -1;
+    return indexOfValue_.value(valueText(v), -1);
 }
 
 } // namespace carto
