@@ -15,6 +15,7 @@
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QStringList>
+#include <array>
 #include <functional>
 #include <memory>
 
@@ -50,6 +51,17 @@ struct EtatPointeur {
     bool sauvegardeDifferee = false; // Timer1 has that to do
 };
 
+// The themes: the host's catalogue, kept for the life of the control, and the theme on
+// show, which is applied again when the plots change.
+struct EtatThemes {
+    static constexpr int kLignes = 100;
+    std::array<std::array<QString, 2>, kLignes> TableauThemes; // label, code
+    qint16 NbThemes = 0;
+    enum class Affiche { Aucun, Hote, Photo };
+    Affiche affiche = Affiche::Aucun;
+    QString sParam; // the host theme's legend mapping, its final "@" dropped
+};
+
 struct EtatControle {
     carto::Layer* calquePrecedent = nullptr;
     bool droitEdition = false;
@@ -67,6 +79,7 @@ struct EtatControle {
     QElapsedTimer jaugeDessinee;       // since the gauge was last drawn
     bool fontMax = false;              // FontMax: new number labels bold and sized to the plot
     EtatPointeur pointeur;
+    EtatThemes themes;
 };
 
 // The events a module raises to the host, wired by the control to its signals.
@@ -75,6 +88,7 @@ struct Evenements {
     std::function<void(QString&)> InfoTombes;
     std::function<void(QString&)> FicheTombe;
     std::function<void(QString&)> AffecterUneConcession;
+    std::function<void(QString&, QString&)> ChargeTheme;
 };
 
 // Calls from one domain module into another, wired by the control. An unset hook does

@@ -99,6 +99,8 @@ struct Surface {
     QFrame* P_preferences = nullptr;
     QFrame* PCouleur = nullptr;
     QFrame* P_traitements = nullptr;
+    QPushButton* BTN_Themes = nullptr;    // the theme list
+    QPushButton* Btn_SuppTheme = nullptr; // the theme on show removed
 
     // Floating panels
     QFrame* Panel_Outils = nullptr;

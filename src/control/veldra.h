@@ -63,6 +63,16 @@ public:
     RecordsetPtr GetListeAllees(QString& sSection);
     void Creer_Combo_Section();
     void Sauve(carto::Feature& fSel);
+    // Themes and photographs. Theme closes the host's record set and empties `Rs`.
+    void AjouteTheme(QString& Libelle, QString& Code);
+    QVariant GetTableauThemes();
+    void Action(QString& sLibelle, QString& sCode);
+    void Theme(RecordsetPtr& Rs, QString& sParam, QString& Champ, QString& ChampGeo,
+               QString& TitreTheme);
+    bool AddPhoto(QString& sIdGCF, QString& sName);
+    bool DelPhoto(QString& sIdGCF);
+    QString CheminPhoto(QString& sID, bool& Ouvrir);
+    RecordsetPtr GetPhotos();
 
     // ---- the container
     // Design-time properties: read when the container loads the control, written when it

@@ -78,21 +78,9 @@ TEST(Surface, TheIdentityTableIsCompleteAndOrdered) {
 TEST(Surface, LateBindingDispatchesWhatIsBuiltAndRefusesTheRest) {
     ControleFixture f;
     // Members that arrive with later work.
-    const std::set<QString> pasEncore = {"ImpCarte",
-                                         "AfficheInfosRapides",
-                                         "SitueTombes",
-                                         "Theme",
-                                         "Action",
-                                         "CheminPhoto",
-                                         "DelPhoto",
-                                         "AddPhoto",
-                                         "GetPhotos",
-                                         "GetTableauThemes",
-                                         "SetEtiquette",
-                                         "RAZEtiquette",
-                                         "AjouteTheme",
-                                         "ImageLocalisation",
-                                         "GetEltsMemorises"};
+    const std::set<QString> pasEncore = {
+        "ImpCarte",     "AfficheInfosRapides", "SitueTombes",     "SetEtiquette",
+        "RAZEtiquette", "ImageLocalisation",   "GetEltsMemorises"};
     for (const auto& m : dispatch::membres()) {
         if (m.genre == dispatch::Genre::Evenement)
             continue;
