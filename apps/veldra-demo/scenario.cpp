@@ -6,6 +6,8 @@
 #include "context/surface.h"
 #include "control/veldra.h"
 #include "fenetre_principale.h"
+#include "photos_demo.h"
+#include "registre.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -14,15 +16,18 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTextBlock>
 #include <QTimer>
 #include <QToolButton>
+#include <QTreeWidget>
 #include <functional>
 #include <vector>
 
@@ -34,6 +39,33 @@ struct Etape {
     QString nom;
     QSize taille;
     std::function<void()> action;
+    bool capture = true; // false when the step took its own pictures
+};
+
+// The pictures of a scenario, numbered in the order they are taken.
+class Album {
+public:
+    Album(FenetrePrincipale& fenetre, const QString& dossier)
+        : fenetre_(fenetre), dossier_(dossier) {}
+    QString suivante(const QString& nom) {
+        const QString image = dossier_.filePath(
+            QStringLiteral("%1-%2.png").arg(++numero_, 2, 10, QLatin1Char('0')).arg(nom));
+        images_ << image;
+        return image;
+    }
+    void fenetre(const QString& nom, QSize taille) {
+        captureFenetre(fenetre_, fenetre_.plan().surface().Map1, suivante(nom), taille);
+    }
+    void dialogue(QDialog& d, const QString& nom, QSize taille) {
+        captureDialogue(fenetre_, d, fenetre_.plan().surface().Map1, suivante(nom), taille);
+    }
+    const QStringList& images() const { return images_; }
+
+private:
+    FenetrePrincipale& fenetre_;
+    QDir dossier_;
+    int numero_ = 0;
+    QStringList images_;
 };
 
 // The clerk's first hour: the sample plan at small and large sizes, names shown, a
@@ -238,10 +270,133 @@ std::vector<Etape> edition(FenetrePrincipale& f) {
     };
 }
 
+template <typename T> T* enfant(QWidget& w, const char* nom) {
+    T* trouve = w.findChild<T*>(QString::fromLatin1(nom));
+    if (!trouve)
+        throw Erreur(
+            err::ErreurInterne,
+            QStringLiteral("Scénario : « %1 » introuvable.").arg(QString::fromLatin1(nom)));
+    return trouve;
+}
+
+// A clerk colours the plan by each of the register's themes, then by photographs; looks
+// at a grave's photograph and zooms on it; links a photograph to another grave in edit
+// mode and removes the link; undoes both and takes the theme away.
+std::vector<Etape> themes(FenetrePrincipale& f, Album& album) {
+    Veldra& c = f.plan();
+    const Surface& s = c.surface();
+    carto::MapView& carte = *s.Map1;
+    constexpr QSize taille(1280, 800);
+    if (Registre* r = f.registre())
+        creePhotosDemo(c, *r, c.contexte().carte().mapSet());
+    // A grave with a photograph, and its neighbour without one.
+    carto::Feature avec, sans;
+    if (RecordsetPtr photos = c.GetPhotos(); photos && photos->recordCount() > 0) {
+        photos->moveFirst();
+        avec = c.Calque_Tombe->feature(photos->value(u"IdMapInfo").toLongLong());
+        const carto::Point p = avec.centre();
+        for (const carto::Feature& t : c.Calque_Tombe->searchWithinRectangle(
+                 {p.x - 6, p.y - 4, p.x + 6, p.y + 4}, carto::searchmode::CentreWithin))
+            if (!sans.isValid() && t.fid() != avec.fid() &&
+                t.attribute(u"Photo").toString().trimmed().isEmpty())
+                sans = t;
+    }
+    const auto autour = [&carte](const carto::Feature& t) {
+        if (!t.isValid())
+            return;
+        const carto::Point p = t.centre();
+        carte.setBounds({p.x - 14, p.y - 9, p.x + 14, p.y + 9});
+    };
+    const auto selectionne = [&s, &carte](const carto::Feature& t) {
+        if (!t.isValid())
+            return;
+        choisitCalque(s, QStringLiteral("Tombes"));
+        s.B_Outils_[3]->click();
+        clique(carte, t.centre());
+    };
+    // The theme list opened from the processing panel, the row `ligne` chosen.
+    const auto choisitTheme = [&c, &s, &album, taille](int ligne, bool photographiee) {
+        c.setModalHook([&album, ligne, photographiee, taille](QDialog& d) {
+            auto* liste = enfant<QTreeWidget>(d, "ListView1");
+            liste->setCurrentItem(liste->topLevelItem(ligne));
+            if (photographiee)
+                album.dialogue(d, QStringLiteral("liste-des-themes"), taille);
+            enfant<QPushButton>(d, "Btn_Valider")->click();
+            return d.result();
+        });
+        if (s.P_traitements->isHidden())
+            s.Btn_Traitements->click();
+        s.BTN_Themes->click();
+        s.Btn_Traitements->click(); // the panel out of the legend's way
+    };
+    return {
+        {QStringLiteral("traitements"), taille, [&s] { s.Btn_Traitements->click(); }},
+        {QStringLiteral("liste-des-themes"), taille, [choisitTheme] { choisitTheme(0, true); },
+         false},
+        {QStringLiteral("theme-type-de-concession"), taille, [] {}},
+        {QStringLiteral("theme-annee-d-echeance"), taille,
+         [choisitTheme] { choisitTheme(1, false); }},
+        {QStringLiteral("theme-concessions-echues"), taille,
+         [choisitTheme] { choisitTheme(2, false); }},
+        {QStringLiteral("theme-photo"), taille, [choisitTheme] { choisitTheme(3, false); }},
+        {QStringLiteral("photo-visionneuse"), taille,
+         [&c, &s, &album, avec, autour, selectionne, taille] {
+             autour(avec);
+             selectionne(avec);
+             c.setModalHook([&album, taille](QDialog& d) {
+                 album.dialogue(d, QStringLiteral("photo-visionneuse"), taille);
+                 enfant<QToolButton>(d, "cmdZoomIn")->click();
+                 enfant<QToolButton>(d, "cmdZoomIn")->click();
+                 enfant<QScrollBar>(d, "horizontalScroll")->setValue(6000);
+                 enfant<QScrollBar>(d, "verticalScroll")->setValue(4000);
+                 album.dialogue(d, QStringLiteral("photo-zoomee"), taille);
+                 d.accept();
+                 return d.result();
+             });
+             s.Btn_Visu->click();
+         },
+         false},
+        {QStringLiteral("photo-liee"), taille,
+         [&c, &s, &album, sans, avec, autour, selectionne, taille] {
+             if (!s.CB_ModeEdition->isChecked())
+                 s.CB_ModeEdition->click();
+             selectionne(sans);
+             const QString fichier =
+                 avec.isValid() ? avec.attribute(u"Photo").toString() : QString();
+             c.setModalHook([&album, fichier, taille](QDialog& d) {
+                 if (auto* choix = qobject_cast<QFileDialog*>(&d)) {
+                     choix->selectFile(fichier);
+                     static_cast<QDialog*>(choix)->accept();
+                     return d.result();
+                 }
+                 album.dialogue(d, QStringLiteral("visionneuse-vide"), taille);
+                 enfant<QPushButton>(d, "Btn_LierImage")->click();
+                 album.dialogue(d, QStringLiteral("photo-liee"), taille);
+                 enfant<QPushButton>(d, "Btn_Supprimer")->click();
+                 album.dialogue(d, QStringLiteral("photo-deliee"), taille);
+                 d.accept();
+                 return d.result();
+             });
+             s.Btn_Visu->click();
+         },
+         false},
+        {QStringLiteral("theme-supprime"), taille,
+         [&s] {
+             // The link and its removal undone: the sample keeps its photographs as they were.
+             for (int i = 0; i < 2 && s.Btn_AnnulerEdition->isEnabled(); ++i)
+                 s.Btn_AnnulerEdition->click();
+             if (s.CB_ModeEdition->isChecked())
+                 s.CB_ModeEdition->click();
+             s.Btn_Traitements->click();
+             s.Btn_SuppTheme->click();
+         }},
+    };
+}
+
 } // namespace
 
 QStringList nomsScenarios() {
-    return {QStringLiteral("premiere-heure"), QStringLiteral("edition")};
+    return {QStringLiteral("premiere-heure"), QStringLiteral("edition"), QStringLiteral("themes")};
 }
 
 QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const QString& planExemple,
@@ -254,20 +409,18 @@ QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const Q
         throw Erreur(err::AccesRefuse, QStringLiteral("Le dossier « %1 » ne peut pas être créé.")
                                            .arg(QDir::toNativeSeparators(dossier)));
     QTemporaryDir brouillon;
-    const std::vector<Etape> etapes = nom == QLatin1String("edition")
-                                          ? edition(fenetre)
+    Album album(fenetre, dossier);
+    const std::vector<Etape> etapes = nom == QLatin1String("edition") ? edition(fenetre)
+                                      : nom == QLatin1String("themes")
+                                          ? themes(fenetre, album)
                                           : premiereHeure(fenetre, planExemple, brouillon.path());
-    QStringList images;
-    int numero = 0;
     for (const Etape& e : etapes) {
         fenetre.resize(e.taille);
         e.action();
-        const QString image = QDir(dossier).filePath(
-            QStringLiteral("%1-%2.png").arg(++numero, 2, 10, QLatin1Char('0')).arg(e.nom));
-        captureFenetre(fenetre, fenetre.plan().surface().Map1, image, e.taille);
-        images << image;
+        if (e.capture)
+            album.fenetre(e.nom, e.taille);
     }
-    return images;
+    return album.images();
 }
 
 } // namespace veldra::demo
