@@ -55,6 +55,7 @@ Themes::Themes(Contexte& ctx, QWidget* parent)
     ListView1->setRootIsDecorated(false);
     ListView1->setSelectionMode(QAbstractItemView::SingleSelection);
     ListView1->setMinimumSize(380, 240);
+    ListView1->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     Btn_Valider = new QPushButton(QStringLiteral("Valider"), this);
     Btn_Valider->setObjectName(QStringLiteral("Btn_Valider"));
     Btn_Valider->setDefault(true);
@@ -101,6 +102,9 @@ void Themes::Charge(const std::array<std::array<QString, 2>, 100>& tableau) {
         ListView1->header()->setStretchLastSection(false);
         ListView1->resizeColumnToContents(0);
         ListView1->setColumnWidth(1, 0);
+        // Every label whole, the photo theme's long one included.
+        ListView1->setMinimumWidth(
+            std::max(380, ListView1->columnWidth(0) + 2 * ListView1->frameWidth() + 24));
         if (ListView1->topLevelItemCount() > 0)
             ListView1->setCurrentItem(ListView1->topLevelItem(0));
     } catch (const Erreur& e) {

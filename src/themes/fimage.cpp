@@ -209,6 +209,12 @@ void FImage::barres() {
     const QSizeF vue = vueTwips();
     horizontalScroll->setVisible(taille_.width() > vue.width() + 0.5);
     verticalScroll->setVisible(taille_.height() > vue.height() + 0.5);
+    // The handle shows how much of the picture the viewport holds.
+    const auto page = [](double image, double vue) {
+        return image > vue ? std::clamp(int(kDefilement * vue / (image - vue)), 1, 1000000) : 1;
+    };
+    horizontalScroll->setPageStep(page(taille_.width(), vue.width()));
+    verticalScroll->setPageStep(page(taille_.height(), vue.height()));
     horizontalScroll->setValue(0);
     verticalScroll->setValue(0);
     img2Show->move(0, 0);
@@ -316,6 +322,7 @@ void FImage::supprimeLien(bool pasUtilisateur) {
     videImage();
     charge_ = false;
     chemin_.clear();
+    setWindowTitle(QStringLiteral("Photographie"));
     Droits();
 }
 

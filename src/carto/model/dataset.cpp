@@ -14,6 +14,14 @@ namespace {
 QString keyText(const QVariant& v) {
     if (!v.isValid() || v.isNull())
         return {};
+    switch (v.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+    case QMetaType::Short:
+        return QString::number(v.toLongLong()); // the common key, without a float's detour
+    default:
+        break;
+    }
     bool ok = false;
     const double d = v.toDouble(&ok);
     if (ok && v.typeId() != QMetaType::QString)
@@ -39,6 +47,7 @@ Dataset::Dataset(QString name, Layer& layer, const recordset::Recordset& rows,
                          QStringLiteral("La colonne « %1 » est introuvable dans la couche « %2 ».")
                              .arg(bindField, layer.name()));
         bindField_ = layer.fields()[size_t(bound)].name;
+        bindColumn_ = bound;
     }
     for (const auto& f : rows.fields())
         columns_ << f.name;
@@ -80,7 +89,12 @@ QVariant Dataset::value(const Feature& f, QStringView field) const {
     const qsizetype c = column(field);
     if (kind_ == DatasetKind::Layer)
         return f.attribute(columns_[c]);
-    const QVariant key = bindField_.isEmpty() ? QVariant(f.fid()) : f.attribute(bindField_);
+    QVariant key(f.fid());
+    if (bindColumn_ >= 0) {
+        const auto& attributes = f.data().attributes;
+        key =
+            size_t(bindColumn_) < attributes.size() ? attributes[size_t(bindColumn_)] : QVariant();
+    }
     const QString k = keyText(key);
     if (k.isEmpty())
         return {};
@@ -90,8 +104,8 @@ QVariant Dataset::value(const Feature& f, QStringView field) const {
 
 std::vector<QVariant> Dataset::values(QStringView field) const {
     std::vector<QVariant> out;
-    for (const Feature& f : layer_->allFeatures())
-        out.push_back(value(f, field));
+    out.reserve(size_t(layer_->featureCount()));
+    layer_->forEachFeature([&](const Feature& f) { out.push_back(value(f, field)); });
     return out;
 }
 

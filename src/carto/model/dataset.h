@@ -59,6 +59,7 @@ private:
     Layer* layer_;
     QString geoField_;
     QString bindField_;
+    qsizetype bindColumn_ = -1; // its index among the layer's columns
     QStringList columns_;
     QHash<QString, std::vector<QVariant>> rowsByKey_; // kind 12: key text -> values
     std::vector<std::unique_ptr<Theme>> themes_;

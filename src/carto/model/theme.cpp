@@ -3,6 +3,7 @@
 #include "carto/model/dataset.h"
 #include "carto/model/feature.h"
 
+#include <QSet>
 #include <algorithm>
 #include <cmath>
 
@@ -64,17 +65,18 @@ void Theme::recompute() {
             }
         }
     } else {
-        // One category per distinct non-empty value, in ascending order.
-        std::vector<QString> distinct;
+        // One category per distinct non-empty value, in ascending order: the values are made
+        // distinct first, so the numeric comparison runs on the categories only.
+        QSet<QString> seen;
         for (const QVariant& v : values)
-            if (const QString t = valueText(v); !t.isEmpty())
-                distinct.push_back(t);
+            if (QString t = valueText(v); !t.isEmpty())
+                seen.insert(std::move(t));
+        std::vector<QString> distinct(seen.begin(), seen.end());
         std::sort(distinct.begin(), distinct.end(), [](const QString& a, const QString& b) {
             bool oa = false, ob = false;
             const double da = a.toDouble(&oa), db = b.toDouble(&ob);
             return oa && ob ? da < db : a.localeAwareCompare(b) < 0;
         });
-        distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
         for (const QString& t : distinct)
             cats.push_back(ThemeCategory{t, 0, 0, {}});
     }
