@@ -7,6 +7,7 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
+#include <QPainter>
 #include <QPixmap>
 #include <QThread>
 #include <QWidget>
@@ -37,6 +38,45 @@ void captureFenetre(QWidget& fenetre, carto::MapView* carte, const QString& fich
 
     const QPixmap image = fenetre.grab();
     if (image.isNull() || !image.save(fichier, "PNG"))
+        throw Erreur(err::AccesRefuse,
+                     QStringLiteral("Impossible d'enregistrer la capture « %1 ».")
+                         .arg(QDir::toNativeSeparators(QFileInfo(fichier).absoluteFilePath())));
+}
+
+void captureDialogue(QWidget& fenetre, QWidget& dialogue, carto::MapView* carte,
+                     const QString& fichier, QSize taille) {
+    using namespace std::chrono_literals;
+    fenetre.resize(taille);
+    fenetre.show();
+    dialogue.show();
+    dialogue.adjustSize();
+    laisseTourner(800ms);
+    if (carte)
+        carte->waitForRender();
+    QCoreApplication::processEvents();
+
+    QPixmap image = fenetre.grab();
+    const QPixmap boite = dialogue.grab();
+    dialogue.hide();
+    constexpr int barre = 26;
+    QPainter p(&image);
+    p.fillRect(image.rect(), QColor(0, 0, 0, 60));
+    const QPoint coin((image.width() - boite.width()) / 2,
+                      std::max(barre, (image.height() - boite.height() - barre) / 2 + barre));
+    const QRect cadre(coin.x() - 1, coin.y() - barre - 1, boite.width() + 2,
+                      boite.height() + barre + 2);
+    p.fillRect(cadre, QColor(52, 80, 107));
+    p.setPen(Qt::white);
+    QFont f = dialogue.font();
+    f.setBold(true);
+    p.setFont(f);
+    p.drawText(
+        QRect(coin.x() + 8, coin.y() - barre, boite.width() - 16, barre),
+        Qt::AlignVCenter | Qt::AlignLeft,
+        p.fontMetrics().elidedText(dialogue.windowTitle(), Qt::ElideMiddle, boite.width() - 16));
+    p.drawPixmap(coin, boite);
+    p.end();
+    if (!image.save(fichier, "PNG"))
         throw Erreur(err::AccesRefuse,
                      QStringLiteral("Impossible d'enregistrer la capture « %1 ».")
                          .arg(QDir::toNativeSeparators(QFileInfo(fichier).absoluteFilePath())));

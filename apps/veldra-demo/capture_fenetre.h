@@ -21,4 +21,9 @@ inline constexpr QSize TailleCapture{1280, 800};
 void captureFenetre(QWidget& fenetre, carto::MapView* carte, const QString& fichier,
                     QSize taille = TailleCapture);
 
+// The same, with `dialogue` (a modal dialog the control opened) drawn over the window, in
+// its middle, under a title bar bearing its title, as the clerk sees it.
+void captureDialogue(QWidget& fenetre, QWidget& dialogue, carto::MapView* carte,
+                     const QString& fichier, QSize taille = TailleCapture);
+
 } // namespace veldra::demo

@@ -4,6 +4,7 @@
 #include "context/prompter.h"
 #include "control/veldra.h"
 #include "journal_evenements.h"
+#include "photos_demo.h"
 #include "prompter_hote.h"
 #include "proprietes_hote.h"
 #include "registre.h"
@@ -74,6 +75,9 @@ FenetrePrincipale::FenetrePrincipale(QSettings& reglages, QWidget* parent)
     plan_->setAnnulation(true);
     plan_->setAnalyseDetaillee(true);
     plan_->setCompletionNumeros(true);
+    // The themes its register can colour the plan with.
+    for (auto [libelle, code] : Registre::themes())
+        plan_->AjouteTheme(libelle, code);
 }
 
 void FenetrePrincipale::setPrompter(std::unique_ptr<Prompter> prompter) {
@@ -217,8 +221,11 @@ void FenetrePrincipale::ouvreRegistre(const QString& chemin) {
             plan_->Calque_Tombe->featureCount() > 0) {
             QString type = QStringLiteral("C"), p1, p2, message;
             bool jauge = false;
-            if (RecordsetPtr plots = plan_->GetInfo(type, p1, p2, jauge, message))
+            if (RecordsetPtr plots = plan_->GetInfo(type, p1, p2, jauge, message)) {
                 registre->genere(*plots);
+                // A new register: its first concessions come with photographs.
+                creePhotosDemo(*plan_, *registre, chemin);
+            }
         }
         registre_ = std::move(registre);
         liensRegistre_ = std::make_unique<QObject>();

@@ -202,6 +202,53 @@ int Registre::associe(recordset::Recordset& collecte) const {
     return trouves;
 }
 
+QList<std::pair<QString, QString>> Registre::themes() {
+    return {{QStringLiteral("Type de concession"), QStringLiteral("TYPE")},
+            {QStringLiteral("Année d'échéance"), QStringLiteral("ECHEANCE")},
+            {QStringLiteral("Concessions échues"), QStringLiteral("ECHUES")}};
+}
+
+std::optional<ThemeRegistre> Registre::theme(const QString& code, int annee) const {
+    ThemeRegistre t;
+    if (code == QLatin1String("TYPE")) {
+        t.titre = QStringLiteral("Type de concession");
+        t.sParam = QStringLiteral("1*Perpétuelle@2*Trentenaire@");
+    } else if (code == QLatin1String("ECHEANCE")) {
+        t.titre = QStringLiteral("Année d'échéance");
+    } else if (code == QLatin1String("ECHUES")) {
+        t.titre = QStringLiteral("Concessions échues");
+        t.sParam = QStringLiteral("1*Échue@2*En cours@3*Perpétuelle@");
+    } else {
+        return std::nullopt;
+    }
+    QSqlQuery q(base());
+    q.setForwardOnly(true);
+    q.prepare(QStringLiteral("SELECT idgcf, duree, CAST(substr(debut, 1, 4) AS INTEGER) "
+                             "FROM concessions ORDER BY idgcf"));
+    execute(q);
+    QSet<int> decennies;
+    while (q.next()) {
+        const int id = q.value(0).toInt(), duree = q.value(1).toInt();
+        const int echeance = duree > 0 ? q.value(2).toInt() + duree : 0;
+        int valeur = 0;
+        if (code == QLatin1String("TYPE")) {
+            valeur = duree > 0 ? 2 : 1;
+        } else if (code == QLatin1String("ECHEANCE")) {
+            valeur = echeance > 0 ? echeance / 10 * 10 : 0;
+            if (valeur > 0)
+                decennies.insert(valeur);
+        } else {
+            valeur = duree == 0 ? 3 : (echeance < annee ? 1 : 2);
+        }
+        t.valeurs.emplace_back(id, valeur);
+    }
+    QList<int> triees(decennies.begin(), decennies.end());
+    std::sort(triees.begin(), triees.end());
+    for (const int d : triees)
+        t.sParam += QStringLiteral("%1*%1 à %2@").arg(d).arg(d + 9);
+    return t;
+}
+
 Personnes Registre::personnes(int idgcf) const {
     Personnes p;
     const std::pair<const char*, QStringList*> tables[] = {

@@ -11,8 +11,18 @@
 #include <QString>
 #include <QStringList>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace veldra::demo {
+
+// A theme the register offers: one value per concession, the legend's texts for the
+// values ("valeur*libellé@"), and its title.
+struct ThemeRegistre {
+    QString titre;
+    QString sParam;
+    std::vector<std::pair<int, int>> valeurs; // idgcf, value
+};
 
 struct Personnes {
     QStringList titulaires;
@@ -41,6 +51,12 @@ public:
     // records of plots without a concession get IdGCF 0 and an empty Nom. The number of
     // records matched.
     int associe(recordset::Recordset& collecte) const;
+
+    // The themes the host offers the control, by code: "TYPE" (type of concession),
+    // "ECHEANCE" (decade of expiry; 0 for a perpetual one) and "ECHUES" (expired, current,
+    // perpetual) as of `annee`. Nothing for an unknown code.
+    static QList<std::pair<QString, QString>> themes();
+    std::optional<ThemeRegistre> theme(const QString& code, int annee) const;
 
     Personnes personnes(int idgcf) const;
     // The number of the concession of that key, when the register holds one.

@@ -2,8 +2,10 @@
 
 #include "base/erreur.h"
 #include "control/veldra.h"
+#include "recordset/field_spec.h"
 #include "registre.h"
 
+#include <QDate>
 #include <QDialog>
 #include <QPlainTextEdit>
 #include <QTime>
@@ -65,6 +67,32 @@ void brancheRegistre(Veldra& plan, Registre& registre, QPlainTextEdit& journal, 
         RecordsetPtr personnes = r->concessionnaires(id.toInt());
         RecordsetPtr inhumes = r->inhumes(id.toInt());
         p->AfficheInfosRapides(personnes, inhumes);
+    });
+    // The theme chosen in the control's list: its values from the register, sent back
+    // with Theme inside the event.
+    QObject::connect(&plan, &Veldra::ChargeTheme, &lien, [p, r, j](QString&, QString& code) {
+        try {
+            const std::optional<ThemeRegistre> t = r->theme(code, QDate::currentDate().year());
+            if (!t) {
+                note(*j, QStringLiteral("thème « %1 » inconnu du registre").arg(code));
+                return;
+            }
+            RecordsetPtr rs = recordset::fromFieldSpec(u"IdGCF N,Valeur N");
+            for (const auto& [id, valeur] : t->valeurs) {
+                rs->addNew();
+                rs->setValue(qsizetype(0), id);
+                rs->setValue(qsizetype(1), valeur);
+                rs->update();
+            }
+            QString sParam = t->sParam, champ = QStringLiteral("Valeur"),
+                    geo = QStringLiteral("IdGCF"), titre = t->titre;
+            note(*j, QStringLiteral("thème « %1 » : %2 concession(s)")
+                         .arg(titre)
+                         .arg(rs->recordCount()));
+            p->Theme(rs, sParam, champ, geo, titre);
+        } catch (const Erreur& e) {
+            note(*j, QStringLiteral("échec du thème : ") + e.message());
+        }
     });
     QObject::connect(&plan, &Veldra::FicheTombe, &lien, [p, r](QString& ids) {
         QList<int> liste;

@@ -10,6 +10,8 @@
 #include "plan_exemple.h"
 #include "scenario_outils.h"
 #include "scenario_placement.h"
+#include "scenario_recherche.h"
+#include "scenario_themes.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -194,119 +196,12 @@ std::vector<Etape> edition(FenetrePrincipale& f) {
          }},
     };
 }
-
-// The control's messages in the window's banner, so that a picture shows them.
-class PrompterBandeau : public Prompter {
-public:
-    explicit PrompterBandeau(FenetrePrincipale& f) : f_(f) {}
-    int message(const QString& texte, int, const QString& titre) override {
-        f_.signale(titre.isEmpty() ? texte : QStringLiteral("%1 — %2").arg(titre, texte));
-        return reponse::Ok;
-    }
-
-private:
-    FenetrePrincipale& f_;
-};
-
-// The number box as a clerk fills it: typed, then left (it turns upper case).
-void tape(const Surface& s, const QString& section, const QString& numero) {
-    s.Combo_section->setCurrentIndex(s.Combo_section->findText(section));
-    s.TB_SaisieEmplacement->setText(numero);
-    QFocusEvent sortie(QEvent::FocusOut, Qt::TabFocusReason);
-    QCoreApplication::sendEvent(s.TB_SaisieEmplacement, &sortie);
-    s.Btn_Rechercher->click();
-}
-
-// A clerk checks a fresh sample plan and finds plots: the analysis and its faults, a
-// fault found on the map, numbers searched, plots located by the host, a selection
-// memorised and shown again, and who is concerned by a plot.
-std::vector<Etape> recherche(FenetrePrincipale& f, const QString& brouillon) {
-    Veldra& c = f.plan();
-    const Surface& s = c.surface();
-    const auto situe = [&c](const QString& ids, bool zoom) {
-        QString liste = ids;
-        bool z = zoom;
-        c.SitueTombes(liste, z);
-    };
-    return {
-        {QStringLiteral("plan-a-verifier"),
-         {1280, 800},
-         [&f, &c, brouillon] {
-             // The sample as it is made, with its faults, whatever was done to the clerk's.
-             const QString plan = plantool::generateSamplePlan(brouillon, optionsExemple());
-             f.ouvrePlan(plan, QStringLiteral("Cimetière d'exemple"));
-             f.setPrompter(std::make_unique<PrompterBandeau>(f));
-             c.setRepFicAnalyse(brouillon);
-             // The report shows beside the plan instead of in a text editor.
-             c.setEditeurHook([&f](const QString& fichier) {
-                 QFile rapport(fichier);
-                 if (rapport.open(QIODevice::ReadOnly))
-                     f.texteDetails().setPlainText(fromCp1252(rapport.readAll()));
-             });
-         }},
-        {QStringLiteral("analyse-du-plan"),
-         {1280, 800},
-         [&s] {
-             s.Btn_Traitements->click();
-             s.Btn_AnalysePlan->click();
-             s.Btn_Traitements->click();
-         }},
-        {QStringLiteral("anomalie-situee"),
-         {1280, 800},
-         [&s] {
-             QListWidget& l = *s.Liste_Anomalies;
-             for (int i = 0; i < l.count(); ++i)
-                 if (l.item(i)->text().endsWith(QStringLiteral("hors de l'enceinte"))) {
-                     l.setCurrentRow(i);
-                     emit l.itemClicked(l.item(i));
-                     break;
-                 }
-         }},
-        {QStringLiteral("recherche-12"),
-         {1280, 800},
-         [&s] {
-             s.Btn_FermerAnomalies->click();
-             tape(s, QStringLiteral("Toutes les sections"), QStringLiteral("12"));
-         }},
-        {QStringLiteral("recherche-1-etoile"),
-         {1280, 800},
-         [&s] { tape(s, QStringLiteral("Toutes les sections"), QStringLiteral("1*")); }},
-        {QStringLiteral("recherche-absente"),
-         {1280, 800},
-         [&s] { tape(s, QStringLiteral("Toutes les sections"), QStringLiteral("999")); }},
-        {QStringLiteral("trois-terrains-situes"),
-         {1280, 800},
-         [&f, situe] {
-             f.signale(QString());
-             situe(QStringLiteral("12@57@450@"), true);
-         }},
-        {QStringLiteral("autre-selection"),
-         {1280, 800},
-         [&c, &s] {
-             c.contexte().crochets.enregistreMemorisation();
-             tape(s, QStringLiteral("B"), QStringLiteral("7"));
-         }},
-        {QStringLiteral("memorisation-revue"),
-         {1280, 800},
-         [&s] {
-             s.Btn_Traitements->click();
-             s.Btn_VoirMemorisation->click();
-             s.Btn_Traitements->click();
-         }},
-        {QStringLiteral("infos-rapides"),
-         {1280, 800},
-         [&s, situe] {
-             situe(QStringLiteral("57@"), true);
-             s.Btn_InfosRapides->click();
-         }},
-    };
-}
-
 } // namespace
 
 QStringList nomsScenarios() {
     return {QStringLiteral("premiere-heure"), QStringLiteral("edition"),
-            QStringLiteral("placement"), QStringLiteral("recherche")};
+            QStringLiteral("placement"),      QStringLiteral("recherche"),
+            QStringLiteral("themes")};
 }
 
 QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const QString& planExemple,
@@ -319,26 +214,23 @@ QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const Q
         throw Erreur(err::AccesRefuse, QStringLiteral("Le dossier « %1 » ne peut pas être créé.")
                                            .arg(QDir::toNativeSeparators(dossier)));
     QTemporaryDir brouillon;
-    const std::vector<Etape> etapes = nom == QLatin1String("edition") ? edition(fenetre)
-                                      : nom == QLatin1String("placement")
-                                          ? placement(fenetre, planExemple, brouillon.path())
-                                      : nom == QLatin1String("recherche")
-                                          ? recherche(fenetre, brouillon.path())
-                                          : premiereHeure(fenetre, planExemple, brouillon.path());
-    QStringList images;
-    int numero = 0;
+    Album album(fenetre, dossier);
+    const std::vector<Etape> etapes =
+        nom == QLatin1String("edition")     ? edition(fenetre)
+        : nom == QLatin1String("placement") ? placement(fenetre, planExemple, brouillon.path())
+        : nom == QLatin1String("recherche") ? recherche(fenetre, brouillon.path())
+        : nom == QLatin1String("themes")    ? themes(fenetre, album)
+                                            : premiereHeure(fenetre, planExemple, brouillon.path());
     for (const Etape& e : etapes) {
         fenetre.resize(e.taille);
         e.action();
-        const QString image = QDir(dossier).filePath(
-            QStringLiteral("%1-%2.png").arg(++numero, 2, 10, QLatin1Char('0')).arg(e.nom));
-        captureFenetre(fenetre, fenetre.plan().surface().Map1, image, e.taille);
-        images << image;
+        if (e.capture)
+            album.fenetre(e.nom, e.taille);
     }
-    // A copy made in the scratch folder is closed before the folder goes.
-    if (nom == QLatin1String("placement"))
+    // A plan opened from the scratch folder is closed before the folder goes.
+    if (nom == QLatin1String("placement") || nom == QLatin1String("recherche"))
         fenetre.ouvrePlan(planExemple, QStringLiteral("Cimetière d'exemple"));
-    return images;
+    return album.images();
 }
 
 } // namespace veldra::demo

@@ -1,7 +1,10 @@
 #include "scenario_outils.h"
 
+#include "capture_fenetre.h"
 #include "carto/view/map_view.h"
 #include "context/surface.h"
+#include "control/veldra.h"
+#include "fenetre_principale.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -9,6 +12,24 @@
 #include <QMouseEvent>
 
 namespace veldra::demo {
+
+Album::Album(FenetrePrincipale& fenetre, const QString& dossier)
+    : fenetre_(fenetre), dossier_(dossier) {}
+
+QString Album::suivante(const QString& nom) {
+    const QString image = dossier_.filePath(
+        QStringLiteral("%1-%2.png").arg(++numero_, 2, 10, QLatin1Char('0')).arg(nom));
+    images_ << image;
+    return image;
+}
+
+void Album::fenetre(const QString& nom, QSize taille) {
+    captureFenetre(fenetre_, fenetre_.plan().surface().Map1, suivante(nom), taille);
+}
+
+void Album::dialogue(QDialog& d, const QString& nom, QSize taille) {
+    captureDialogue(fenetre_, d, fenetre_.plan().surface().Map1, suivante(nom), taille);
+}
 
 void souris(carto::MapView& carte, QEvent::Type type, carto::Point p, Qt::MouseButton bouton) {
     const QPointF ecran = carte.toScreen(p);

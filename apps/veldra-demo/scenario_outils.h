@@ -2,11 +2,16 @@
 // What the scripted sessions share: a step (a name, a window size, what the clerk does),
 // and the clerk's hand on the map (mouse and keys as the map view receives them).
 
+#include "base/erreur.h"
 #include "carto/geometry/point.h"
 
+#include <QDialog>
+#include <QDir>
 #include <QEvent>
 #include <QSize>
 #include <QString>
+#include <QStringList>
+#include <QWidget>
 #include <functional>
 #include <vector>
 
@@ -20,11 +25,42 @@ struct Surface;
 
 namespace veldra::demo {
 
+class FenetrePrincipale;
+
 struct Etape {
     QString nom;
     QSize taille;
     std::function<void()> action;
+    bool capture = true; // false when the step took its own pictures
 };
+
+// The pictures of a scenario, numbered in the order they are taken.
+class Album {
+public:
+    Album(FenetrePrincipale& fenetre, const QString& dossier);
+    // The path of the next picture, named after the step.
+    QString suivante(const QString& nom);
+    // The window as it is, with the pop-up menus and dialogs open over it.
+    void fenetre(const QString& nom, QSize taille);
+    // The window with a modal dialog over it.
+    void dialogue(QDialog& d, const QString& nom, QSize taille);
+    const QStringList& images() const { return images_; }
+
+private:
+    FenetrePrincipale& fenetre_;
+    QDir dossier_;
+    int numero_ = 0;
+    QStringList images_;
+};
+
+// The child widget named `nom`; Erreur when the scenario does not find it.
+template <typename T> T* enfant(QWidget& w, const char* nom) {
+    T* trouve = w.findChild<T*>(QString::fromLatin1(nom));
+    if (!trouve)
+        throw Erreur(err::ErreurInterne,
+                     QStringLiteral("Scénario : « %1 » introuvable.").arg(QString::fromLatin1(nom)));
+    return trouve;
+}
 
 // Mouse events as the map receives them; the left button is held between press and
 // release.

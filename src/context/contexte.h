@@ -18,6 +18,7 @@
 #include <QMenu>
 #include <QStringList>
 #include <QUrl>
+#include <array>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -55,6 +56,17 @@ struct EtatPointeur {
     bool sauvegardeDifferee = false; // Timer1 has that to do
 };
 
+// The themes: the host's catalogue, kept for the life of the control, and the theme on
+// show, which is applied again when the plots change.
+struct EtatThemes {
+    static constexpr int kLignes = 100;
+    std::array<std::array<QString, 2>, kLignes> TableauThemes; // label, code
+    qint16 NbThemes = 0;
+    enum class Affiche { Aucun, Hote, Photo };
+    Affiche affiche = Affiche::Aucun;
+    QString sParam; // the host theme's legend mapping, its final "@" dropped
+};
+
 struct EtatControle {
     carto::Layer* calquePrecedent = nullptr;
     bool droitEdition = false;
@@ -83,6 +95,7 @@ struct EtatControle {
     // checks overlaps and repeated numbers; the number box completes existing numbers.
     bool analyseDetaillee = false;
     bool completionNumeros = false;
+    EtatThemes themes;
 };
 
 // The events a module raises to the host, wired by the control to its signals.
@@ -94,6 +107,7 @@ struct Evenements {
     std::function<void(QString&)> SuppressionSection;
     std::function<void(QString&)> SuppressionAllee;
     std::function<void(QString&)> SuppressionTerrain;
+    std::function<void(QString&, QString&)> ChargeTheme;
 };
 
 // Calls from one domain module into another, wired by the control. An unset hook does

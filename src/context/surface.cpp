@@ -407,6 +407,14 @@ void panneauxFlottants(Surface& s, QWidget& c) {
                                                QStringLiteral("Voir la sélection mémorisée"));
     tr->addWidget(s.Btn_AnalysePlan);
     tr->addWidget(s.Btn_VoirMemorisation);
+    tr->addWidget(new QLabel(QStringLiteral("Thématiques"), s.P_traitements));
+    s.BTN_Themes = cree<QPushButton>(s.P_traitements, "BTN_Themes", QStringLiteral("Thèmes…"));
+    s.BTN_Themes->setToolTip(QStringLiteral("Colorer les concessions selon un thème"));
+    tr->addWidget(s.BTN_Themes);
+    s.Btn_SuppTheme =
+        cree<QPushButton>(s.P_traitements, "Btn_SuppTheme", QStringLiteral("Supprimer le thème"));
+    s.Btn_SuppTheme->setToolTip(QStringLiteral("Revenir au plan sans thème"));
+    tr->addWidget(s.Btn_SuppTheme);
     tr->addStretch(1);
     s.P_traitements->hide();
 

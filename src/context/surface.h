@@ -106,6 +106,8 @@ struct Surface {
     QFrame* P_traitements = nullptr;
     QPushButton* Btn_AnalysePlan = nullptr;
     QPushButton* Btn_VoirMemorisation = nullptr;
+    QPushButton* BTN_Themes = nullptr;    // the theme list
+    QPushButton* Btn_SuppTheme = nullptr; // the theme on show removed
 
     // Floating panels
     QFrame* Panel_Outils = nullptr;

@@ -190,6 +190,67 @@ const std::unordered_map<qint32, Appel>& appels() {
              attendus(a, 0, "GetEltsMemorises");
              return QVariant::fromValue(c.GetEltsMemorises());
          }},
+        {0x600300a3,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 2, "AjouteTheme");
+             QString libelle = a[0].toString(), code = a[1].toString();
+             c.AjouteTheme(libelle, code);
+             a = {libelle, code};
+             return {};
+         }},
+        {0x60030096,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 0, "GetTableauThemes");
+             return c.GetTableauThemes();
+         }},
+        {0x6003008d,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 2, "Action");
+             QString libelle = a[0].toString(), code = a[1].toString();
+             c.Action(libelle, code);
+             a = {libelle, code};
+             return {};
+         }},
+        {0x60030081,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 5, "Theme");
+             RecordsetPtr rs = a[0].value<RecordsetPtr>();
+             QString param = a[1].toString(), champ = a[2].toString(), geo = a[3].toString(),
+                     titre = a[4].toString();
+             c.Theme(rs, param, champ, geo, titre);
+             a = {QVariant::fromValue(rs), param, champ, geo, titre};
+             return {};
+         }},
+        {0x60030090,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 2, "AddPhoto");
+             QString id = a[0].toString(), nom = a[1].toString();
+             const bool fait = c.AddPhoto(id, nom);
+             a = {id, nom};
+             return fait;
+         }},
+        {0x6003008f,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 1, "DelPhoto");
+             QString id = a[0].toString();
+             const bool fait = c.DelPhoto(id);
+             a[0] = id;
+             return fait;
+         }},
+        {0x6003008e,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 2, "CheminPhoto");
+             QString id = a[0].toString();
+             bool ouvrir = a[1].toBool();
+             const QString chemin = c.CheminPhoto(id, ouvrir);
+             a = {id, ouvrir};
+             return chemin;
+         }},
+        {0x60030091,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 0, "GetPhotos");
+             return QVariant::fromValue(c.GetPhotos());
+         }},
         {0x600300a2,
          [](Veldra& c, QVariantList& a) -> QVariant {
              attendus(a, 1, "ChangeDroitEdition");

@@ -28,6 +28,10 @@
 #include "plan/calque_courant.h"
 #include "plan/nouveau_cimetiere.h"
 #include "plan/ouverture.h"
+#include "themes/affichage_theme.h"
+#include "themes/catalogue.h"
+#include "themes/liens_photos.h"
+#include "themes/theme_hote.h"
 
 #include <QDir>
 #include <QKeyEvent>
@@ -85,6 +89,7 @@ void Veldra::connecteSurface() {
     connecteListes(ctx_);
     connecteSelection(ctx_);
     connecteAnalyse(ctx_);
+    connecteThemes(ctx_);
     Evenements& e = ctx_.evenements;
     e.Synchro = [this](RecordsetPtr& rs, QString& type) { emit Synchro(rs, type); };
     e.InfoTombes = [this](QString& id) { emit InfoTombes(id); };
@@ -93,6 +98,7 @@ void Veldra::connecteSurface() {
     e.SuppressionSection = [this](QString& noms) { emit SuppressionSection(noms); };
     e.SuppressionAllee = [this](QString& noms) { emit SuppressionAllee(noms); };
     e.SuppressionTerrain = [this](QString& ids) { emit SuppressionTerrain(ids); };
+    e.ChargeTheme = [this](QString& libelle, QString& code) { emit ChargeTheme(libelle, code); };
     Contexte* c = &ctx_;
     Crochets& h = ctx_.crochets;
     h.creeOutilsPersonnalises = [c] { creeOutilsPersonnalises(*c); };
@@ -245,6 +251,39 @@ RecordsetPtr Veldra::GetEltsMemorises() {
 
 qint32 Veldra::GetNbEltsMemorises() const {
     return veldra::GetNbEltsMemorises(ctx_);
+}
+
+void Veldra::AjouteTheme(QString& Libelle, QString& Code) {
+    veldra::AjouteTheme(ctx_, Libelle, Code);
+}
+
+QVariant Veldra::GetTableauThemes() {
+    return veldra::GetTableauThemes(ctx_);
+}
+
+void Veldra::Action(QString& sLibelle, QString& sCode) {
+    veldra::Action(ctx_, sLibelle, sCode);
+}
+
+void Veldra::Theme(RecordsetPtr& Rs, QString& sParam, QString& Champ, QString& ChampGeo,
+                   QString& TitreTheme) {
+    veldra::Theme(ctx_, Rs, sParam, Champ, ChampGeo, TitreTheme);
+}
+
+bool Veldra::AddPhoto(QString& sIdGCF, QString& sName) {
+    return veldra::AddPhoto(ctx_, sIdGCF, sName);
+}
+
+bool Veldra::DelPhoto(QString& sIdGCF) {
+    return veldra::DelPhoto(ctx_, sIdGCF);
+}
+
+QString Veldra::CheminPhoto(QString& sID, bool& Ouvrir) {
+    return veldra::CheminPhoto(ctx_, sID, Ouvrir);
+}
+
+RecordsetPtr Veldra::GetPhotos() {
+    return veldra::GetPhotos(ctx_);
 }
 
 bool Veldra::FontMax() const {

@@ -87,6 +87,16 @@ public:
     void AfficheInfosRapides(RecordsetPtr& oRs, RecordsetPtr& oRsIn);
     void SitueTombes(QString& ListeId, bool& ModifieZoom);
     RecordsetPtr GetEltsMemorises();
+    // Themes and photographs. Theme closes the host's record set and empties `Rs`.
+    void AjouteTheme(QString& Libelle, QString& Code);
+    QVariant GetTableauThemes();
+    void Action(QString& sLibelle, QString& sCode);
+    void Theme(RecordsetPtr& Rs, QString& sParam, QString& Champ, QString& ChampGeo,
+               QString& TitreTheme);
+    bool AddPhoto(QString& sIdGCF, QString& sName);
+    bool DelPhoto(QString& sIdGCF);
+    QString CheminPhoto(QString& sID, bool& Ouvrir);
+    RecordsetPtr GetPhotos();
 
     // ---- the container
     // Design-time properties: read when the container loads the control, written when it

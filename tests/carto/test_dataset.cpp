@@ -1,6 +1,7 @@
 // Datasets on a layer's table or on a host record set, and the themes built on them.
 #include "base/erreur.h"
 #include "carto/model/map.h"
+#include "carto/model/update_access.h"
 #include "recordset/field_spec.h"
 
 #include <gtest/gtest.h>
@@ -78,4 +79,82 @@ TEST(Dataset, RangesSplitNumbersAndGroupTexts) {
     ASSERT_EQ(ids.categories().size(), 5u);
     EXPECT_EQ(ids.categoryOf(p.layer->feature(1)), 0);
     EXPECT_EQ(ids.categoryOf(p.layer->feature(6)), 4); // the maximum is in the last range
+}
+
+TEST(Dataset, ARecordSetStaysBoundToTheColumnItWasMadeOn) {
+    Plots p;
+    auto rs = recordset::fromFieldSpec(u"Cle N,Etat C(20)");
+    for (const auto& [id, etat] : {std::pair{101, "A"}, {104, "B"}}) {
+        rs->addNew();
+        rs->setValue(u"Cle", id);
+        rs->setValue(u"Etat", QString::fromLatin1(etat));
+        rs->update();
+    }
+    rs->addNew(); // a record without a key designates no plot, not the plots without one
+    rs->setValue(u"Etat", QStringLiteral("C"));
+    rs->update();
+    Dataset& ds = p.map.addDataset(*p.layer, *rs, QStringLiteral("Cle"), QStringLiteral("Theme"));
+    EXPECT_EQ(ds.bindField(), QStringLiteral("IDGCF"));
+    // The key column moves on (a plot shown in the side panel): the records do not follow.
+    p.layer->setKeyField(QStringLiteral("Booleen"));
+    const Feature second = p.layer->feature(2);
+    EXPECT_EQ(ds.value(second, u"Etat").toString(), QStringLiteral("A"));
+
+    // A plot that takes a known key takes its record; the one that loses it loses it.
+    Feature f = p.layer->feature(1);
+    f.setAttribute(u"IDGCF", 104);
+    p.layer->updateFeature(f);
+    Feature g = p.layer->feature(5);
+    g.setAttribute(u"IDGCF", QVariant());
+    p.layer->updateFeature(g);
+    EXPECT_EQ(ds.value(p.layer->feature(1), u"Etat").toString(), QStringLiteral("B"));
+    EXPECT_FALSE(ds.value(p.layer->feature(5), u"Etat").isValid());
+
+    // Named explicitly, and refused when the layer has no such column.
+    Dataset& parFid =
+        p.map.addDataset(*p.layer, *rs, QStringLiteral("Cle"), QStringLiteral("Fid"), {});
+    EXPECT_EQ(parFid.bindField(), QStringLiteral("Booleen"));
+    EXPECT_THROW(p.map.addDataset(*p.layer, *rs, QStringLiteral("Cle"), QStringLiteral("Theme"),
+                                  QStringLiteral("Absente")),
+                 veldra::Erreur);
+    EXPECT_THROW(p.map.addDataset(*p.layer, *rs, QStringLiteral("Absente"), QStringLiteral("Theme"),
+                                  QStringLiteral("IDGCF")),
+                 veldra::Erreur);
+    EXPECT_EQ(p.map.dataset(u"Theme"), &ds); // the failed calls left the map as it was
+}
+
+TEST(Dataset, AThemeOfThousandsOfValuesFindsEachFeaturesCategory) {
+    Map map;
+    LayerInfo info;
+    info.addParameter("Name", QStringLiteral("Tombes"));
+    info.addParameter("Fields", FieldList{{"IDGCF", FieldType::Integer, 0}});
+    Layer& layer = map.addLayer(info);
+    {
+        UpdateAccess bracket(map);
+        for (int i = 0; i < 10000; ++i) {
+            Feature f = layer.addFeature(
+                Feature::region({{{double(i), 0}, {i + 1.0, 0}, {i + 1.0, 1}, {double(i), 1}}}));
+            f.setAttribute(u"IDGCF", i + 1);
+            layer.updateFeature(f);
+        }
+        bracket.commit();
+    }
+    auto rs = recordset::fromFieldSpec(u"IdGCF N,Valeur C(20)");
+    for (int i = 1; i <= 10000; ++i) {
+        rs->addNew();
+        rs->setValue(u"IdGCF", i);
+        rs->setValue(u"Valeur", QStringLiteral("V%1").arg(i, 5, 10, QLatin1Char('0')));
+        rs->update();
+    }
+    Dataset& ds = map.addDataset(layer, *rs, QStringLiteral("IdGCF"), QStringLiteral("Theme"),
+                                 QStringLiteral("IDGCF"));
+    const Theme& theme = ds.addTheme(ThemeKind::IndividualValues, u"Valeur", QStringLiteral("T"));
+    ASSERT_EQ(theme.categories().size(), 10000u);
+    int wrong = 0;
+    layer.forEachFeature([&](const Feature& f) {
+        const int c = theme.categoryOf(f);
+        wrong += c < 0 || theme.categories()[size_t(c)].value.toString() !=
+                              ds.value(f, u"Valeur").toString();
+    });
+    EXPECT_EQ(wrong, 0);
 }

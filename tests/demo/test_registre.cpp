@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QImage>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSettings>
@@ -106,4 +107,36 @@ TEST(Registre, InformationAndFileCardsComeFromTheRegister) {
     const QString texte = fiche->findChild<QPlainTextEdit*>()->toPlainText();
     EXPECT_TRUE(texte.contains(QStringLiteral("titulaire")));
     EXPECT_FALSE(texte.contains(QStringLiteral("aucune concession")));
+}
+
+TEST(Registre, ThemesAreOfferedAndAnsweredAndPhotographsComeWithTheSample) {
+    HoteAvecRegistre h;
+    // The three themes of the register, in the control's list.
+    const QVariantList table = h.c().GetTableauThemes().toList();
+    EXPECT_EQ(table[0].toStringList(), (QStringList{"Type de concession", "TYPE"}));
+    EXPECT_EQ(table[2].toStringList(), (QStringList{"Concessions échues", "ECHUES"}));
+    EXPECT_TRUE(table[3].toStringList().at(0).isEmpty());
+
+    // Chosen, a theme is answered by the register within the event.
+    for (const char* code : {"TYPE", "ECHEANCE", "ECHUES"}) {
+        QString libelle = QStringLiteral("  x"), c = QString::fromLatin1(code);
+        h.c().Action(libelle, c);
+        const carto::Dataset* d = h.c().contexte().carte().dataset(u"Theme");
+        ASSERT_NE(d, nullptr) << code;
+        const carto::Theme& t = *d->themes().at(0);
+        EXPECT_GE(t.categories().size(), 2u) << code;
+        for (const QString& texte : t.legend.texts) {
+            bool nombre = false;
+            texte.toInt(&nombre);
+            EXPECT_FALSE(texte.isEmpty() || nombre) << code; // every value relabelled
+        }
+    }
+    EXPECT_TRUE(h.messages.isEmpty()) << h.messages.toStdString();
+
+    // The sample's first register came with photographs, linked and readable.
+    RecordsetPtr photos = h.c().GetPhotos();
+    ASSERT_NE(photos, nullptr);
+    ASSERT_GE(photos->recordCount(), 3);
+    for (photos->moveFirst(); !photos->eof(); photos->moveNext())
+        EXPECT_FALSE(QImage(photos->value(u"Photo").toString()).isNull());
 }

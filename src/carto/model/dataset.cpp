@@ -14,6 +14,14 @@ namespace {
 QString keyText(const QVariant& v) {
     if (!v.isValid() || v.isNull())
         return {};
+    switch (v.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+    case QMetaType::Short:
+        return QString::number(v.toLongLong()); // the common key, without a float's detour
+    default:
+        break;
+    }
     bool ok = false;
     const double d = v.toDouble(&ok);
     if (ok && v.typeId() != QMetaType::QString)
@@ -30,8 +38,17 @@ Dataset::Dataset(QString name, Layer& layer)
 }
 
 Dataset::Dataset(QString name, Layer& layer, const recordset::Recordset& rows,
-                 const QString& geoField)
+                 const QString& geoField, const QString& bindField)
     : name_(std::move(name)), kind_(DatasetKind::Recordset), layer_(&layer), geoField_(geoField) {
+    if (!bindField.isEmpty()) {
+        const qsizetype bound = layer.fieldIndex(bindField);
+        if (bound < 0)
+            throw Erreur(err::ChampInconnu,
+                         QStringLiteral("La colonne « %1 » est introuvable dans la couche « %2 ».")
+                             .arg(bindField, layer.name()));
+        bindField_ = layer.fields()[size_t(bound)].name;
+        bindColumn_ = bound;
+    }
     for (const auto& f : rows.fields())
         columns_ << f.name;
     const qsizetype key = column(geoField);
@@ -41,9 +58,10 @@ Dataset::Dataset(QString name, Layer& layer, const recordset::Recordset& rows,
             std::vector<QVariant> values;
             for (qsizetype i = 0; i < columns_.size(); ++i)
                 values.push_back(cursor->value(i));
-            // The first record of a key wins, as a join would take it.
+            // The first record of a key wins, as a join would take it; a record without a
+            // key designates nothing.
             const QString k = keyText(values[size_t(key)]);
-            if (!rowsByKey_.contains(k))
+            if (!k.isEmpty() && !rowsByKey_.contains(k))
                 rowsByKey_.insert(k, std::move(values));
         }
 }
@@ -71,14 +89,23 @@ QVariant Dataset::value(const Feature& f, QStringView field) const {
     const qsizetype c = column(field);
     if (kind_ == DatasetKind::Layer)
         return f.attribute(columns_[c]);
-    const auto it = rowsByKey_.constFind(keyText(f.keyValue()));
+    QVariant key(f.fid());
+    if (bindColumn_ >= 0) {
+        const auto& attributes = f.data().attributes;
+        key =
+            size_t(bindColumn_) < attributes.size() ? attributes[size_t(bindColumn_)] : QVariant();
+    }
+    const QString k = keyText(key);
+    if (k.isEmpty())
+        return {};
+    const auto it = rowsByKey_.constFind(k);
     return it == rowsByKey_.constEnd() ? QVariant() : (*it)[size_t(c)];
 }
 
 std::vector<QVariant> Dataset::values(QStringView field) const {
     std::vector<QVariant> out;
-    for (const Feature& f : layer_->allFeatures())
-        out.push_back(value(f, field));
+    out.reserve(size_t(layer_->featureCount()));
+    layer_->forEachFeature([&](const Feature& f) { out.push_back(value(f, field)); });
     return out;
 }
 

@@ -1,7 +1,10 @@
 #pragma once
 // Data bound to a layer: its own table (kind 6) or a host record set (kind 12) whose
-// geographic key column matches the layer's key column. Datasets carry the themes and
-// the label values of their layer.
+// geographic key column matches a column of the layer, the bind column, chosen when the
+// dataset is made (the layer's key column at that moment unless named). The match is made
+// on the features' current values, so a record set follows the features it designates
+// through edits: a plot moved, reshaped or added with a known key keeps or takes its
+// record. Datasets carry the themes and the label values of their layer.
 
 #include "carto/model/theme.h"
 #include "recordset/recordset.h"
@@ -23,14 +26,18 @@ class Dataset {
 public:
     // Kind 6 over a layer's table.
     Dataset(QString name, Layer& layer);
-    // Kind 12 from a record set; the rows are read once, so the host may close it.
-    Dataset(QString name, Layer& layer, const recordset::Recordset& rows, const QString& geoField);
+    // Kind 12 from a record set; the rows are read once, so the host may close it. Rows
+    // match the features whose `bindField` value equals their `geoField` value (the FID
+    // when `bindField` is empty). Erreur (ChampInconnu) when either column is missing.
+    Dataset(QString name, Layer& layer, const recordset::Recordset& rows, const QString& geoField,
+            const QString& bindField);
     ~Dataset();
 
     const QString& name() const { return name_; }
     DatasetKind kind() const { return kind_; }
     Layer& layer() const { return *layer_; }
     const QString& geoField() const { return geoField_; }
+    const QString& bindField() const { return bindField_; }
 
     QStringList fieldNames() const;
     // The field's name as the dataset spells it; Erreur when absent.
@@ -51,6 +58,8 @@ private:
     DatasetKind kind_;
     Layer* layer_;
     QString geoField_;
+    QString bindField_;
+    qsizetype bindColumn_ = -1; // its index among the layer's columns
     QStringList columns_;
     QHash<QString, std::vector<QVariant>> rowsByKey_; // kind 12: key text -> values
     std::vector<std::unique_ptr<Theme>> themes_;

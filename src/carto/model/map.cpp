@@ -181,8 +181,9 @@ Dataset& Map::addDataset(Layer& layer, const QString& name) {
 }
 
 Dataset& Map::addDataset(Layer& layer, const recordset::Recordset& rows, const QString& geoField,
-                         const QString& name) {
-    auto dataset = std::make_unique<Dataset>(name, layer, rows, geoField);
+                         const QString& name, const QString& bindField) {
+    auto dataset = std::make_unique<Dataset>(name, layer, rows, geoField,
+                                             bindField.isEmpty() ? layer.keyField() : bindField);
     if (!name.isEmpty())
         removeDataset(name);
     datasets_.push_back(std::move(dataset));

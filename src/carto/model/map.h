@@ -63,8 +63,11 @@ public:
     void removeAllLayers();
 
     Dataset& addDataset(Layer& layer, const QString& name = {});
+    // A record set bound to the layer's column `bindField`, or to its key column at this
+    // moment when `bindField` is empty. Erreur (ChampInconnu) for a missing column: the map
+    // is then unchanged.
     Dataset& addDataset(Layer& layer, const recordset::Recordset& rows, const QString& geoField,
-                        const QString& name);
+                        const QString& name, const QString& bindField = {});
     Dataset* dataset(QStringView name) const;
     std::vector<Dataset*> datasets() const;
     std::vector<Dataset*> datasetsOf(const Layer& layer) const;

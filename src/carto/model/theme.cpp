@@ -3,6 +3,7 @@
 #include "carto/model/dataset.h"
 #include "carto/model/feature.h"
 
+#include <QSet>
 #include <algorithm>
 #include <cmath>
 
@@ -64,17 +65,18 @@ void Theme::recompute() {
             }
         }
     } else {
-        // One category per distinct non-empty value, in ascending order.
-        std::vector<QString> distinct;
+        // One category per distinct non-empty value, in ascending order: the values are made
+        // distinct first, so the numeric comparison runs on the categories only.
+        QSet<QString> seen;
         for (const QVariant& v : values)
-            if (const QString t = valueText(v); !t.isEmpty())
-                distinct.push_back(t);
+            if (QString t = valueText(v); !t.isEmpty())
+                seen.insert(std::move(t));
+        std::vector<QString> distinct(seen.begin(), seen.end());
         std::sort(distinct.begin(), distinct.end(), [](const QString& a, const QString& b) {
             bool oa = false, ob = false;
             const double da = a.toDouble(&oa), db = b.toDouble(&ob);
             return oa && ob ? da < db : a.localeAwareCompare(b) < 0;
         });
-        distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
         for (const QString& t : distinct)
             cats.push_back(ThemeCategory{t, 0, 0, {}});
     }
@@ -84,6 +86,10 @@ void Theme::recompute() {
         cats[i].style.regionPattern = pattern::Solid;
     }
     categories_ = std::move(cats);
+    indexOfValue_.clear();
+    if (!numeric_)
+        for (size_t i = 0; i < categories_.size(); ++i)
+            indexOfValue_.insert(categories_[i].value.toString(), int(i));
     legend.texts.clear();
     for (const ThemeCategory& c : categories_)
         legend.texts.push_back(numeric_ ? QStringLiteral("%1 - %2").arg(c.min).arg(c.max)
@@ -101,11 +107,7 @@ int Theme::categoryOf(const Feature& f) const {
                 return int(i);
         return -1;
     }
-    const QString t = valueText(v);
-    for (size_t i = 0; i < categories_.size(); ++i)
-        if (categories_[i].value.toString() == t)
-            return int(i);
-    return -1;
+    return indexOfValue_.value(valueText(v), -1);
 }
 
 } // namespace carto

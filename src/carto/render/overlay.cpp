@@ -47,7 +47,10 @@ void paintSelection(QPainter& painter, const Map& map, const Viewport& viewport)
 
 namespace {
 
-void paintLegend(QPainter& painter, const Theme& theme, QPointF& topRight) {
+// A legend box in the top right corner, below the legends already drawn. A legend taller
+// than the picture ends with a line counting the categories left out, so a theme of
+// thousands of values costs no more to draw than the picture can show.
+void paintLegend(QPainter& painter, const Theme& theme, QPointF& topRight, double bottom) {
     const Legend& legend = theme.legend;
     if (!legend.visible)
         return;
@@ -70,9 +73,22 @@ void paintLegend(QPainter& painter, const Theme& theme, QPointF& topRight) {
         height += bm.height() + 2;
     }
     const auto& cats = theme.categories();
-    for (size_t i = 0; i < cats.size(); ++i) {
-        const QString text = i < legend.texts.size() ? legend.texts[i] : QString();
-        width = std::max(width, swatch + pad + bm.horizontalAdvance(text));
+    const auto textOf = [&](size_t i) {
+        return i < legend.texts.size() ? legend.texts[i] : QString();
+    };
+    const int room = std::max(1, int((bottom - topRight.y() - height - pad) / line));
+    size_t shown = cats.size();
+    QString more;
+    if (int(shown) > room) {
+        shown = size_t(room - 1);
+        more = QStringLiteral("… +%1").arg(cats.size() - shown);
+    }
+    for (size_t i = 0; i < shown; ++i) {
+        width = std::max(width, swatch + pad + bm.horizontalAdvance(textOf(i)));
+        height += line;
+    }
+    if (!more.isEmpty()) {
+        width = std::max(width, swatch + pad + bm.horizontalAdvance(more));
         height += line;
     }
     width += 2 * pad;
@@ -95,16 +111,17 @@ void paintLegend(QPainter& painter, const Theme& theme, QPointF& topRight) {
         }
     }
     painter.setFont(body);
-    for (size_t i = 0; i < cats.size(); ++i) {
+    const double baseline = (line + bm.ascent() - bm.descent()) / 2.0;
+    for (size_t i = 0; i < shown; ++i) {
         const QRectF sw(box.left() + pad, y + (line - swatch) / 2.0, swatch, swatch);
         painter.setPen(Qt::black);
         painter.setBrush(QBrush(toQColor(cats[i].style.regionColor)));
         painter.drawRect(sw);
-        const QString text = i < legend.texts.size() ? legend.texts[i] : QString();
-        painter.drawText(QPointF(sw.right() + pad, y + (line + bm.ascent() - bm.descent()) / 2.0),
-                         text);
+        painter.drawText(QPointF(sw.right() + pad, y + baseline), textOf(i));
         y += line;
     }
+    if (!more.isEmpty())
+        painter.drawText(QPointF(box.left() + pad + swatch + pad, y + baseline), more);
     topRight.ry() += height + pad;
 }
 
@@ -114,7 +131,7 @@ void paintLegends(QPainter& painter, const Map& map, QSize size) {
     QPointF topRight(size.width() - 8, 8);
     for (const Dataset* d : map.datasets())
         for (const auto& theme : d->themes())
-            paintLegend(painter, *theme, topRight);
+            paintLegend(painter, *theme, topRight, size.height() - 8);
 }
 
 } // namespace carto

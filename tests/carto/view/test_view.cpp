@@ -98,6 +98,22 @@ TEST(MapViewDrawing, ThemesColourFeaturesAndShowTheirLegend) {
     EXPECT_TRUE(near(colourAt(hidden, {390, 10}), kWhite));
 }
 
+TEST(MapViewDrawing, ALegendTallerThanThePictureEndsWithWhatItLeavesOut) {
+    ViewFixture f;
+    for (int i = 0; i < 300; ++i)
+        f.addSquare(i % 40, i / 40, 1, 0xFFFFFF, QStringLiteral("Zone %1").arg(i));
+    Dataset& ds = f.view.map().addDataset(*f.zones, QStringLiteral("Theme"));
+    Theme& theme = ds.addTheme(ThemeKind::IndividualValues, u"Nom", QStringLiteral("Theme"));
+    ASSERT_EQ(theme.categories().size(), 300u);
+    for (ThemeCategory& c : theme.categories())
+        c.style.regionColor = 0x0000FF;
+    f.view.refresh();
+    const QImage image = f.shown();
+    // The box stops above the bottom edge, where the plots it would hide stay in sight.
+    EXPECT_TRUE(near(colourAt(image, {385, 297}), kRed));
+    EXPECT_FALSE(near(colourAt(image, {385, 150}), kRed)); // the box, over empty map
+}
+
 TEST(MapViewDrawing, LabelsShowTheDatasetFieldAndFollowTheirOffset) {
     ViewFixture f;
     const Feature big = f.addSquare(5, 5, 20, 0xFFFFFF, QStringLiteral("MMMM"));
