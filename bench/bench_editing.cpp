@@ -3,11 +3,16 @@
 // of 1,000 plots with their labels, storage included. Peers in the same run: the fitting's
 // overlays as bare GEOS calls, and the same writes as raw OGR transaction loops.
 #include "bench_plans.h"
+#include "carto/model/update_access.h"
 #include "control/veldra.h"
+#include "editing/menu_contextuel.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLineEdit>
+#include <QMenu>
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <geos_c.h>
@@ -191,6 +196,57 @@ void BM_PeerOgrDelete(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_PeerOgrDelete)->Arg(2000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// Every plot's number made again, fitted and turned, in one bracket: what moving the
+// whole plan would cost its deferred save.
+void BM_RenumberAll(benchmark::State& state) {
+    Edition f(copyOf(int(state.range(0))), QStringLiteral("Tombes"));
+    carto::Layer& t = *f.c.Calque_Tombe;
+    auto* saisie = f.c.findChild<QLineEdit*>(QStringLiteral("SaisieNum"));
+    const carto::Features toutes = t.allFeatures();
+    for (auto _ : state) {
+        carto::UpdateAccess acces(f.c.contexte().carte());
+        for (const qint64 fid : toutes.fids()) {
+            carto::Feature plot = t.feature(fid);
+            saisie->setText(plot.attribute(u"Numero").toString());
+            f.c.Sauve(plot);
+        }
+        acces.commit();
+    }
+    state.counters["labels"] = f.c.Calque_Numero->featureCount();
+}
+BENCHMARK(BM_RenumberAll)->Arg(30000)->Unit(benchmark::kMillisecond)->Iterations(2);
+
+// Copying 1,000 plots and pasting them, storage included.
+void BM_CopyPaste(benchmark::State& state) {
+    Edition f(copyOf(30000), QStringLiteral("Tombes"));
+    veldra::Contexte& ctx = f.c.contexte();
+    for (auto _ : state) {
+        state.PauseTiming();
+        f.choisitTerrains(int(state.range(0)));
+        state.ResumeTiming();
+        veldra::dispatche(ctx, 2, {}); // Copier
+        veldra::dispatche(ctx, 3, {}); // Coller
+    }
+    state.counters["plots"] = f.c.Calque_Tombe->featureCount();
+}
+BENCHMARK(BM_CopyPaste)->Arg(1000)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// From the right click to the menu built for a plot (shown and closed at once).
+void BM_ContextMenuOpen(benchmark::State& state) {
+    Edition f(planOf(30000), QStringLiteral("Tombes"));
+    f.choisitTerrains(1);
+    int montres = 0;
+    f.c.contexte().montreMenu = [&montres](QMenu& m, const QPoint&) {
+        montres += m.actions().isEmpty() ? 0 : 1;
+        return static_cast<QAction*>(nullptr);
+    };
+    for (auto _ : state)
+        emit f.c.surface().Map1->mouseUp(carto::mouse::Right, 0, 100, 100);
+    if (montres == 0)
+        state.SkipWithError("no menu was built");
+}
+BENCHMARK(BM_ContextMenuOpen)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

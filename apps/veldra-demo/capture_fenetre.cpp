@@ -82,4 +82,28 @@ void captureDialogue(QWidget& fenetre, QWidget& dialogue, carto::MapView* carte,
                          .arg(QDir::toNativeSeparators(QFileInfo(fichier).absoluteFilePath())));
 }
 
+void captureMenu(QWidget& fenetre, QWidget& menu, QPoint ecran, carto::MapView* carte,
+                 const QString& fichier, QSize taille) {
+    using namespace std::chrono_literals;
+    fenetre.resize(taille);
+    fenetre.show();
+    laisseTourner(600ms);
+    if (carte)
+        carte->waitForRender();
+    menu.adjustSize();
+    QPixmap image = fenetre.grab();
+    const QPixmap boite = menu.grab();
+    const QPoint coin = ecran - fenetre.mapToGlobal(QPoint(0, 0));
+    QPainter p(&image);
+    p.fillRect(QRect(coin + QPoint(3, 3), boite.size()), QColor(0, 0, 0, 70));
+    p.drawPixmap(coin, boite);
+    p.setPen(QColor(120, 120, 120));
+    p.drawRect(QRect(coin, boite.size()).adjusted(0, 0, -1, -1));
+    p.end();
+    if (!image.save(fichier, "PNG"))
+        throw Erreur(err::AccesRefuse,
+                     QStringLiteral("Impossible d'enregistrer la capture « %1 ».")
+                         .arg(QDir::toNativeSeparators(QFileInfo(fichier).absoluteFilePath())));
+}
+
 } // namespace veldra::demo

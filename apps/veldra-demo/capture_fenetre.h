@@ -3,6 +3,7 @@
 // view renders in the background, so the window is given time to lay out and paint, then
 // the render under way is awaited before the grab.
 
+#include <QPoint>
 #include <QSize>
 #include <QString>
 
@@ -25,5 +26,10 @@ void captureFenetre(QWidget& fenetre, carto::MapView* carte, const QString& fich
 // its middle, under a title bar bearing its title, as the clerk sees it.
 void captureDialogue(QWidget& fenetre, QWidget& dialogue, carto::MapView* carte,
                      const QString& fichier, QSize taille = TailleCapture);
+
+// The same, with a pop-up `menu` open at `ecran` (global coordinates) drawn over the
+// window where the clerk sees it, with a shadow.
+void captureMenu(QWidget& fenetre, QWidget& menu, QPoint ecran, carto::MapView* carte,
+                 const QString& fichier, QSize taille = TailleCapture);
 
 } // namespace veldra::demo

@@ -8,6 +8,7 @@
 #include "prompter_hote.h"
 #include "proprietes_hote.h"
 #include "registre.h"
+#include "reponses_concession.h"
 #include "reponses_hote.h"
 #include "reponses_suppression.h"
 #include "veldra-plan/plan_tool.h"
@@ -41,6 +42,7 @@ FenetrePrincipale::FenetrePrincipale(QSettings& reglages, QWidget* parent)
     setObjectName(QStringLiteral("FenetrePrincipale"));
     setWindowTitle(TitreFenetre);
     plan_->setObjectName(QStringLiteral("Veldra1"));
+    montreDialogue_ = [](QDialog& d) { return d.exec(); };
     confirme_ = [this](const QString& question) {
         return QMessageBox::question(this, QStringLiteral("Suppression"), question,
                                      QMessageBox::Yes | QMessageBox::No,
@@ -232,6 +234,8 @@ void FenetrePrincipale::ouvreRegistre(const QString& chemin) {
         brancheRegistre(*plan_, *registre_, *journal_, *liensRegistre_);
         brancheSuppressions(*plan_, *registre_, *journal_, *liensRegistre_,
                             [this](const QString& question) { return confirme_(question); });
+        brancheAffectation(*plan_, *registre_, *journal_, *liensRegistre_,
+                           [this](QDialog& d) { return montreDialogue_(d); });
     } catch (const Erreur& e) {
         journal_->appendPlainText(QStringLiteral("Registre indisponible : ") + e.description());
     }
@@ -239,6 +243,10 @@ void FenetrePrincipale::ouvreRegistre(const QString& chemin) {
 
 void FenetrePrincipale::setConfirmation(std::function<bool(const QString&)> confirme) {
     confirme_ = std::move(confirme);
+}
+
+void FenetrePrincipale::setMontreDialogue(std::function<int(QDialog&)> montre) {
+    montreDialogue_ = std::move(montre);
 }
 
 void FenetrePrincipale::demandeNouveauCimetiere() {

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 
+class QDialog;
 class QDockWidget;
 class QLabel;
 class QPlainTextEdit;
@@ -56,6 +57,8 @@ public:
     // Who answers the host's own yes-or-no questions (a deletion to confirm): a French
     // message box by default.
     void setConfirmation(std::function<bool(const QString&)> confirme);
+    // Who answers the host's own dialogs (the concession to assign): exec() by default.
+    void setMontreDialogue(std::function<int(QDialog&)> montre);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -85,6 +88,7 @@ private:
     QString nomPlan_;
     std::unique_ptr<Registre> registre_;
     std::function<bool(const QString&)> confirme_;
+    std::function<int(QDialog&)> montreDialogue_;
     std::unique_ptr<QObject> liensRegistre_; // destroyed first: its connections use the register
 };
 

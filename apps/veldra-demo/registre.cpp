@@ -266,6 +266,33 @@ Personnes Registre::personnes(int idgcf) const {
     return p;
 }
 
+std::vector<ConcessionLibre> Registre::concessionsLibres(const QSet<int>& prises) const {
+    std::vector<ConcessionLibre> libres;
+    QSqlQuery q(base());
+    q.setForwardOnly(true);
+    q.prepare(QStringLiteral(
+        "SELECT c.idgcf, c.numero, "
+        "(SELECT nom FROM titulaires t WHERE t.idgcf = c.idgcf ORDER BY rowid LIMIT 1) "
+        "FROM concessions c ORDER BY c.numero"));
+    execute(q);
+    while (q.next())
+        if (!prises.contains(q.value(0).toInt()))
+            libres.push_back({q.value(0).toInt(), q.value(1).toString(), q.value(2).toString()});
+    return libres;
+}
+
+void Registre::placeConcession(int idgcf, const QString& section, const QString& allee,
+                               const QString& numero) {
+    QSqlQuery q(base());
+    q.prepare(QStringLiteral(
+        "UPDATE concessions SET section = ?, allee = ?, emplacement = ? WHERE idgcf = ?"));
+    q.addBindValue(section);
+    q.addBindValue(allee);
+    q.addBindValue(numero);
+    q.addBindValue(idgcf);
+    execute(q);
+}
+
 std::optional<QString> Registre::numeroConcession(int idgcf) const {
     QSqlQuery q(base());
     q.prepare(QStringLiteral("SELECT numero FROM concessions WHERE idgcf = ?"));

@@ -7,6 +7,7 @@
 
 #include "recordset/recordset.h"
 
+#include <QSet>
 #include <QSqlDatabase>
 #include <QString>
 #include <QStringList>
@@ -22,6 +23,13 @@ struct ThemeRegistre {
     QString titre;
     QString sParam;
     std::vector<std::pair<int, int>> valeurs; // idgcf, value
+};
+
+// A concession no plot of the plan bears yet.
+struct ConcessionLibre {
+    int idgcf = 0;
+    QString numero;
+    QString titulaire; // the first holder, "Prénom Famille"
 };
 
 struct Personnes {
@@ -59,6 +67,12 @@ public:
     std::optional<ThemeRegistre> theme(const QString& code, int annee) const;
 
     Personnes personnes(int idgcf) const;
+    // The concessions whose key is not among `prises` (the keys the plan's plots bear), in
+    // the order of their numbers.
+    std::vector<ConcessionLibre> concessionsLibres(const QSet<int>& prises) const;
+    // The concession now lies at that place.
+    void placeConcession(int idgcf, const QString& section, const QString& allee,
+                         const QString& numero);
     // The number of the concession of that key, when the register holds one.
     std::optional<QString> numeroConcession(int idgcf) const;
     // The concession's people as the control's quick information panel takes them: holders

@@ -8,6 +8,7 @@
 #include "control/veldra.h"
 #include "fenetre_principale.h"
 #include "plan_exemple.h"
+#include "scenario_menu.h"
 #include "scenario_outils.h"
 #include "scenario_placement.h"
 #include "scenario_recherche.h"
@@ -200,8 +201,8 @@ std::vector<Etape> edition(FenetrePrincipale& f) {
 
 QStringList nomsScenarios() {
     return {QStringLiteral("premiere-heure"), QStringLiteral("edition"),
-            QStringLiteral("placement"),      QStringLiteral("recherche"),
-            QStringLiteral("themes")};
+            QStringLiteral("placement"),      QStringLiteral("menu"),
+            QStringLiteral("recherche"),      QStringLiteral("themes")};
 }
 
 QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const QString& planExemple,
@@ -218,6 +219,7 @@ QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const Q
     const std::vector<Etape> etapes =
         nom == QLatin1String("edition")     ? edition(fenetre)
         : nom == QLatin1String("placement") ? placement(fenetre, planExemple, brouillon.path())
+        : nom == QLatin1String("menu")      ? menu(fenetre, album, planExemple, brouillon.path())
         : nom == QLatin1String("recherche") ? recherche(fenetre, brouillon.path())
         : nom == QLatin1String("themes")    ? themes(fenetre, album)
                                             : premiereHeure(fenetre, planExemple, brouillon.path());
@@ -228,7 +230,8 @@ QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const Q
             album.fenetre(e.nom, e.taille);
     }
     // A plan opened from the scratch folder is closed before the folder goes.
-    if (nom == QLatin1String("placement") || nom == QLatin1String("recherche"))
+    if (nom == QLatin1String("placement") || nom == QLatin1String("recherche") ||
+        nom == QLatin1String("menu"))
         fenetre.ouvrePlan(planExemple, QStringLiteral("Cimetière d'exemple"));
     return album.images();
 }

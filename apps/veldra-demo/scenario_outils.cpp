@@ -8,6 +8,9 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -25,6 +28,10 @@ QString Album::suivante(const QString& nom) {
 
 void Album::fenetre(const QString& nom, QSize taille) {
     captureFenetre(fenetre_, fenetre_.plan().surface().Map1, suivante(nom), taille);
+}
+
+void Album::menu(QWidget& m, QPoint ecran, const QString& nom, QSize taille) {
+    captureMenu(fenetre_, m, ecran, fenetre_.plan().surface().Map1, suivante(nom), taille);
 }
 
 void Album::dialogue(QDialog& d, const QString& nom, QSize taille) {
@@ -69,6 +76,15 @@ void choisitCalque(const Surface& s, const QString& nom) {
     const int i = s.Combo_Calque->findText(nom);
     s.Combo_Calque->setCurrentIndex(i);
     emit s.Combo_Calque->activated(i);
+}
+
+QString copieExemple(const QString& exemple, const QString& dossier) {
+    const QFileInfo source(exemple);
+    for (const QFileInfo& f : source.dir().entryInfoList(
+             {source.completeBaseName() + QStringLiteral(".*")}, QDir::Files))
+        if (!f.fileName().contains(QLatin1String(".registre.")))
+            QFile::copy(f.filePath(), QDir(dossier).filePath(f.fileName()));
+    return QDir(dossier).filePath(source.fileName());
 }
 
 void attends(const std::function<bool()>& fini) {

@@ -44,6 +44,8 @@ public:
     void fenetre(const QString& nom, QSize taille);
     // The window with a modal dialog over it.
     void dialogue(QDialog& d, const QString& nom, QSize taille);
+    // The window with a pop-up menu open at `ecran`.
+    void menu(QWidget& m, QPoint ecran, const QString& nom, QSize taille);
     const QStringList& images() const { return images_; }
 
 private:
@@ -57,8 +59,9 @@ private:
 template <typename T> T* enfant(QWidget& w, const char* nom) {
     T* trouve = w.findChild<T*>(QString::fromLatin1(nom));
     if (!trouve)
-        throw Erreur(err::ErreurInterne,
-                     QStringLiteral("Scénario : « %1 » introuvable.").arg(QString::fromLatin1(nom)));
+        throw Erreur(
+            err::ErreurInterne,
+            QStringLiteral("Scénario : « %1 » introuvable.").arg(QString::fromLatin1(nom)));
     return trouve;
 }
 
@@ -74,6 +77,9 @@ void polygone(carto::MapView& carte, const std::vector<carto::Point>& coins);
 void touche(carto::MapView& carte, int cle, Qt::KeyboardModifiers modificateurs);
 // The clerk picks a layer in Combo_Calque.
 void choisitCalque(const Surface& s, const QString& nom);
+// The sample plan and its picture copied into `dossier`, so that a scenario may change
+// it; the copy's path.
+QString copieExemple(const QString& exemple, const QString& dossier);
 // Lets the event loop run until `fini` says so, two seconds at most.
 void attends(const std::function<bool()>& fini);
 

@@ -7,9 +7,6 @@
 #include "fenetre_principale.h"
 
 #include <QDialog>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QPushButton>
 #include <cmath>
@@ -18,16 +15,6 @@
 namespace veldra::demo {
 
 namespace {
-
-// The sample plan and its picture copied into `dossier`; the copy's path.
-QString copieDe(const QString& exemple, const QString& dossier) {
-    const QFileInfo source(exemple);
-    for (const QFileInfo& f : source.dir().entryInfoList(
-             {source.completeBaseName() + QStringLiteral(".*")}, QDir::Files))
-        if (!f.fileName().contains(QLatin1String(".registre.")))
-            QFile::copy(f.filePath(), QDir(dossier).filePath(f.fileName()));
-    return QDir(dossier).filePath(source.fileName());
-}
 
 // Where the scenario works: below the first section, where the forecourt is free.
 struct Lieux {
@@ -68,7 +55,7 @@ std::vector<Etape> placement(FenetrePrincipale& f, const QString& exemple,
         {QStringLiteral("section-dessinee"),
          {1280, 800},
          [&f, &c, &s, &carte, exemple, brouillon, lieux] {
-             f.ouvrePlan(copieDe(exemple, brouillon),
+             f.ouvrePlan(copieExemple(exemple, brouillon),
                          QStringLiteral("Cimetière d'exemple (copie)"));
              s.CB_ModeEdition->click();
              if (c.contexte().etat.etatPanelInfos != QLatin1String("Visible"))

@@ -51,6 +51,7 @@ struct EtatPointeur {
     carto::Point dernierClic;        // map point of the last left-button press
     double longueurMesuree = 0;      // the closed segments of the measurement
     double segment = 0;              // from the last click to the pointer
+    bool gaucheTenu = false;         // the left button is down
     bool glisse = false;             // the left button moved while held
     bool renumerotation = false;     // moved plots must get their numbers again
     bool sauvegardeDifferee = false; // Timer1 has that to do

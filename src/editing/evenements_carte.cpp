@@ -15,7 +15,6 @@
 #include "editing/sauve.h"
 #include "editing/selection.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -52,6 +51,7 @@ void boutonEnfonce(Contexte& ctx, int bouton, double x, double y) {
     if (bouton != carto::mouse::Left)
         return;
     EtatPointeur& p = ctx.etat.pointeur;
+    p.gaucheTenu = true;
     p.dernierClic = ctx.s.Map1->toMap({x, y});
     if (ctx.s.Map1->currentTool() == kOutilMesure) {
         p.mesure = true;
@@ -93,8 +93,10 @@ void boutonRelache(Contexte& ctx, int bouton, double x, double y) {
     EtatPointeur& p = ctx.etat.pointeur;
     carto::MapView& carte = *ctx.s.Map1;
     // The right button opens the context menu, unless the left one is still dragging.
-    if (bouton == carto::mouse::Right && !(QApplication::mouseButtons() & Qt::LeftButton))
+    if (bouton == carto::mouse::Right && !p.gaucheTenu)
         ouvreMenuContextuel(ctx, carte.mapToGlobal(QPointF(x, y).toPoint()));
+    if (bouton == carto::mouse::Left)
+        p.gaucheTenu = false;
     const bool renumerote = p.glisse && v.Calque_Tombe && !v.Calque_Tombe->selection().isEmpty() &&
                             carte.editingMode() != carto::editmode::Vertices &&
                             carte.currentTool() == kOutilSelection && v.ModeEdition &&

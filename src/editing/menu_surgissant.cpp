@@ -11,6 +11,8 @@ namespace veldra {
 
 MenuSurgissant::MenuSurgissant() = default;
 MenuSurgissant::~MenuSurgissant() = default;
+MenuSurgissant::MenuSurgissant(MenuSurgissant&&) noexcept = default;
+MenuSurgissant& MenuSurgissant::operator=(MenuSurgissant&&) noexcept = default;
 
 int MenuSurgissant::ajouteEntete(const QString& libelle) {
     entrees_.push_back({libelle, {}, {}, 0, true, true, false});

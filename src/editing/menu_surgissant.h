@@ -35,8 +35,8 @@ public:
 
     MenuSurgissant();
     ~MenuSurgissant();
-    MenuSurgissant(const MenuSurgissant&) = delete;
-    MenuSurgissant& operator=(const MenuSurgissant&) = delete;
+    MenuSurgissant(MenuSurgissant&&) noexcept;
+    MenuSurgissant& operator=(MenuSurgissant&&) noexcept;
 
     // A header (a caption in capitals) whose entries follow it. Its number.
     int ajouteEntete(const QString& libelle);
