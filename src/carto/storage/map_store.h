@@ -81,6 +81,7 @@ private:
     std::unique_ptr<GDALDataset, DatasetCloser> ds_;
     std::vector<LayerEntry> layers_;
     int depth_ = 0;
+    bool wal_ = false; // a GeoPackage written through its write-ahead log while open
 };
 
 } // namespace carto
