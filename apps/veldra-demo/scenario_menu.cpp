@@ -50,7 +50,7 @@ std::vector<Etape> menu(FenetrePrincipale& f, Album& album, const QString& exemp
         };
         souris(carte, QEvent::MouseButtonRelease, p, Qt::RightButton);
     };
-    const auto premier = [&c](carto::Layer* l, const QString& nom) {
+    const auto premier = [](carto::Layer* l, const QString& nom) {
         const carto::Features trouves = l->searchEqual(u"Nom", nom);
         return trouves.isEmpty() ? l->allFeatures().at(0) : trouves.at(0);
     };

@@ -20,6 +20,7 @@
 #include <QUrl>
 #include <array>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -43,6 +44,14 @@ struct VariablesPubliques {
     bool ModeEdition = false;
     carto::Dataset* DataSetTombes = nullptr;
     qint16 mintCurFrame = 0;
+};
+
+// What the overlap guard knows of the gesture under way: the plots the last tool added
+// or changed, and the shapes of the selected plots before it.
+struct EtatChevauchements {
+    std::vector<qint64> ajoutes;
+    std::vector<qint64> modifies;
+    std::map<qint64, carto::Parts> avant;
 };
 
 // What the pointer is doing on the map, for measuring and for renumbering moved plots.
@@ -88,6 +97,7 @@ struct EtatControle {
     // The control's clipboard: shapes and styles of the features copied, and their layer.
     std::vector<carto::Feature> copies;
     QString calqueCopie;
+    EtatChevauchements chevauchements;
     // The lettering kept for the next free texts (Divers' Cb_Sauvegarde).
     std::optional<carto::Style> styleTexte;
     RecordsetPtr memorisation; // the memorised selection ("IdGCF N"); none before the first

@@ -4,11 +4,23 @@
 #include "context/contexte.h"
 #include "recordset/value.h"
 
+#include <algorithm>
+#include <vector>
+
 namespace veldra {
 
 namespace {
 
 const QString kSection = QStringLiteral("Paramètres");
+const QString kTolerance = QStringLiteral("ToleranceAccrochage");
+constexpr int kToleranceParDefaut = 8;
+
+// The drawing aids' boxes and their keys.
+std::vector<std::pair<QString, QCheckBox*>> aides(const Surface& s) {
+    return {{QStringLiteral("Accrochage"), s.CB_Accrochage},
+            {QStringLiteral("EviterChevauchements"), s.CB_EviterChevauchements},
+            {QStringLiteral("Rangees"), s.CB_Rangees}};
+}
 
 QString lit(Contexte& ctx, const QString& cle, const QString& defaut) {
     QString valeur;
@@ -67,6 +79,16 @@ void litParametres(Contexte& ctx) {
     // The arrow button folds and unfolds the panel; only a change needs a click.
     if (infos != (ctx.etat.etatPanelInfos == QLatin1String("Visible")))
         s.Btn_Fleche->click();
+
+    // The drawing aids, beyond the original: absent keys leave them off.
+    for (const auto& [cle, boite] : aides(s))
+        if (lit(ctx, cle, QStringLiteral("0")) == QLatin1String("1"))
+            coche(boite);
+    bool ok = false;
+    const int tolerance = lit(ctx, kTolerance, QString()).trimmed().toInt(&ok);
+    if (ok && tolerance >= s.SB_ToleranceAccrochage->minimum() &&
+        tolerance <= s.SB_ToleranceAccrochage->maximum())
+        s.SB_ToleranceAccrochage->setValue(tolerance);
 }
 
 void ecritParametres(Contexte& ctx) {
@@ -86,6 +108,22 @@ void ecritParametres(Contexte& ctx) {
     ecrit("Calque_AlleesVisible", visible(ctx.v.Calque_Allees));
     ecrit("Panel Infos",
           QString::number(ctx.etat.etatPanelInfos == QLatin1String("Visible") ? 1 : 0));
+
+    // The drawing aids: written once the clerk has used them, so that a file never touched
+    // by them holds the six keys above and nothing else.
+    const QStringList deja = ini.Existe() ? ini.Get_Keys_of_Section(kSection) : QStringList();
+    const auto ecritAide = [&](const QString& cle, const QString& valeur, bool parDefaut) {
+        const bool presente = std::any_of(deja.begin(), deja.end(), [&](const QString& k) {
+            return k.compare(cle, Qt::CaseInsensitive) == 0;
+        });
+        if (!parDefaut || presente)
+            ini.Set_Key_Of_Section(kSection, cle, valeur);
+    };
+    for (const auto& [cle, boite] : aides(s))
+        ecritAide(cle, boite->isChecked() ? QStringLiteral("1") : QStringLiteral("0"),
+                  !boite->isChecked());
+    ecritAide(kTolerance, QString::number(s.SB_ToleranceAccrochage->value()),
+              s.SB_ToleranceAccrochage->value() == kToleranceParDefaut);
 }
 
 } // namespace veldra

@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QSpinBox>
 #include <QVBoxLayout>
 
 namespace veldra {
@@ -227,6 +228,28 @@ void bandeDroite(Surface& s, QWidget& c) {
     for (QCheckBox* b : {s.C_AffSections, s.C_AffAllees, s.CB_PlanNumerise, s.CB_QUE_PlanNumerise,
                          s.CB_PlanSitue, s.CB_Bibliotheque, s.Check1, s.Check2})
         l2->addWidget(b);
+    // Drawing aids beyond the original, off until the clerk ticks them.
+    auto* aides = new QLabel(QStringLiteral("Aides au dessin"), p2);
+    aides->setObjectName(QStringLiteral("L_AidesDessin"));
+    l2->addSpacing(8);
+    l2->addWidget(aides);
+    s.CB_Accrochage = caseACocher(p2, "CB_Accrochage", QStringLiteral("Accrochage"));
+    s.CB_Accrochage->setToolTip(
+        QStringLiteral("Le pointeur s'accroche aux sommets et aux bords voisins (Maj : libre)"));
+    s.SB_ToleranceAccrochage = cree<QSpinBox>(p2, "SB_ToleranceAccrochage");
+    s.SB_ToleranceAccrochage->setRange(1, 50);
+    s.SB_ToleranceAccrochage->setValue(8);
+    s.SB_ToleranceAccrochage->setSuffix(QStringLiteral(" pixels"));
+    s.SB_ToleranceAccrochage->setToolTip(QStringLiteral("Distance d'accrochage"));
+    auto* accroche = new QHBoxLayout;
+    accroche->addWidget(s.CB_Accrochage);
+    accroche->addWidget(s.SB_ToleranceAccrochage);
+    l2->addLayout(accroche);
+    s.CB_EviterChevauchements =
+        caseACocher(p2, "CB_EviterChevauchements", QStringLiteral("Éviter les chevauchements"));
+    s.CB_Rangees = caseACocher(p2, "CB_Rangees", QStringLiteral("Rangées d'emplacements"));
+    l2->addWidget(s.CB_EviterChevauchements);
+    l2->addWidget(s.CB_Rangees);
     l2->addStretch(1);
     s.CB_PlanNumerise->hide();
     s.CB_QUE_PlanNumerise->hide();
@@ -325,6 +348,10 @@ void panneauxFlottants(Surface& s, QWidget& c) {
                                   QStringLiteral("↶"), QStringLiteral("Annuler"));
     s.Btn_RetablirEdition = bouton(s.Btn_OutilsDessin, QStringLiteral("Btn_RetablirEdition"),
                                    QStringLiteral("↷"), QStringLiteral("Rétablir"));
+    s.Btn_Rangee = bouton(s.Btn_OutilsDessin, QStringLiteral("Btn_Rangee"), QStringLiteral("⋯"),
+                          QStringLiteral("Créer une rangée d'emplacements…"));
+    s.Btn_Rangee->hide();
+    g->addWidget(s.Btn_Rangee, 4, 1);
     g->addWidget(s.Btn_AnnulerEdition, 5, 0);
     g->addWidget(s.Btn_RetablirEdition, 5, 1);
     s.Btn_AnnulerEdition->hide();

@@ -13,6 +13,7 @@
 #include <QListWidget>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QTimer>
 #include <QToolButton>
@@ -55,6 +56,11 @@ struct Surface {
     QCheckBox* CB_Bibliotheque = nullptr;
     QCheckBox* Check1 = nullptr;
     QCheckBox* Check2 = nullptr;
+    // Drawing aids (beyond the original, off by default)
+    QCheckBox* CB_Accrochage = nullptr;
+    QSpinBox* SB_ToleranceAccrochage = nullptr;
+    QCheckBox* CB_EviterChevauchements = nullptr;
+    QCheckBox* CB_Rangees = nullptr;
 
     // Information panel: the selected feature
     QFrame* Panel_Infos = nullptr;
@@ -115,6 +121,7 @@ struct Surface {
     std::array<QToolButton*, 8> Btn_OutilsDessin_ = {};
     QFrame* Btn_OutilsDessin = nullptr;
     QToolButton* Btn_Texte = nullptr;
+    QToolButton* Btn_Rangee = nullptr; // a row of plots from a model (with CB_Rangees)
     // Undo and redo of the user's edits; shown only while the host turns the history on.
     QToolButton* Btn_AnnulerEdition = nullptr;
     QToolButton* Btn_RetablirEdition = nullptr;

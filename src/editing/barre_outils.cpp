@@ -3,7 +3,9 @@
 #include "base/erreur.h"
 #include "context/contexte.h"
 #include "context/garde.h"
+#include "editing/accrochage.h"
 #include "editing/divers.h"
+#include "editing/rangee.h"
 
 namespace veldra {
 
@@ -175,6 +177,17 @@ void connecteBarresOutils(Contexte& ctx) {
     QObject::connect(
         s.Btn_ModifierTailleNumero, &QToolButton::clicked, &ctx.controle,
         garde(ctx, [c] { ouvreDivers(*c, [](Divers& d) { d.PTailleNumeroTerrain(); }); }));
+    // The drawing aids.
+    QObject::connect(s.CB_Accrochage, &QCheckBox::toggled, &ctx.controle,
+                     garde(ctx, [c](bool) { appliqueAccrochage(*c); }));
+    QObject::connect(s.SB_ToleranceAccrochage, &QSpinBox::valueChanged, &ctx.controle,
+                     garde(ctx, [c](int) { appliqueAccrochage(*c); }));
+    QObject::connect(s.CB_Rangees, &QCheckBox::toggled, &ctx.controle, [c](bool oui) {
+        c->s.Btn_Rangee->setVisible(oui);
+        c->s.Panel_Outils->adjustSize();
+    });
+    QObject::connect(s.Btn_Rangee, &QToolButton::clicked, &ctx.controle,
+                     garde(ctx, [c] { commandeRangee(*c); }));
     QObject::connect(s.Btn_Texte, &QToolButton::clicked, &ctx.controle, garde(ctx, [c] {
                          if (c->etat.planOuvert)
                              c->s.Map1->setCurrentTool(outil::Texte);

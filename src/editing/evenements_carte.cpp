@@ -8,6 +8,7 @@
 #include "context/garde.h"
 #include "context/nombre_tombes.h"
 #include "context/nombres.h"
+#include "editing/chevauchements.h"
 #include "editing/divers.h"
 #include "editing/historique.h"
 #include "editing/menu_contextuel.h"
@@ -52,6 +53,7 @@ void boutonEnfonce(Contexte& ctx, int bouton, double x, double y) {
         return;
     EtatPointeur& p = ctx.etat.pointeur;
     p.gaucheTenu = true;
+    retiensAvantGeste(ctx);
     p.dernierClic = ctx.s.Map1->toMap({x, y});
     if (ctx.s.Map1->currentTool() == kOutilMesure) {
         p.mesure = true;
@@ -149,7 +151,9 @@ void outilPersonnaliseUtilise(Contexte& ctx, int outil, double x1, double y1, do
         }
         f = carto::Feature::region({cercle}, style);
     }
-    courant->addFeature(f);
+    const carto::Feature ajoute = courant->addFeature(f);
+    if (estCalque(courant, ctx.v.Calque_Tombe))
+        gardeNouveaux(ctx, {ajoute});
     afficheNombreTombes(ctx);
 }
 
@@ -181,6 +185,7 @@ void doubleClic(Contexte& ctx) {
 void etatEdition(Contexte& ctx, int code) {
     if (code != carto::editstatus::Completed)
         return;
+    gardeChevauchements(ctx);
     afficheNombreTombes(ctx);
     if (ctx.etat.pointeur.renumerotation)
         ctx.etat.pointeur.sauvegardeDifferee = true;
@@ -235,6 +240,14 @@ void connecteEvenementsCarte(Contexte& ctx) {
                        bool&) { tracePolyligne(*c, outil, phase, points); }));
     QObject::connect(carte, &carto::MapView::keyDown, o,
                      garde(ctx, [c](int code, int shift) { toucheEnfoncee(*c, code, shift); }));
+    QObject::connect(&ctx.carte(), &carto::Map::changed, o, [c](const carto::Change& change) {
+        if (!estCalque(change.layer, c->v.Calque_Tombe))
+            return;
+        if (change.kinds == carto::Change::Added)
+            noteChangementTombes(*c, change.fids, {});
+        else if (change.kinds == carto::Change::Updated)
+            noteChangementTombes(*c, {}, change.fids);
+    });
     QObject::connect(carte, &carto::MapView::editStatus, o,
                      garde(ctx, [c](int code) { etatEdition(*c, code); }));
     QObject::connect(ctx.s.Timer1, &QTimer::timeout, o,

@@ -7,6 +7,7 @@
 #include "editing/alignement.h"
 #include "editing/menu_surgissant.h"
 #include "editing/presse_papiers.h"
+#include "editing/rangee.h"
 #include "editing/suppression.h"
 
 namespace veldra {
@@ -27,6 +28,7 @@ enum Entree {
     Memorisation = 21,
     Taille = 22,
     Style = 23,
+    Rangee = 25, // after the header 24, with the rows of plots ticked
 };
 
 // The four sides under `groupe`, with their keys when given.
@@ -101,6 +103,11 @@ void construitMenuEdition(Contexte& ctx, MenuSurgissant& m, int n) {
     cotes(m, m.ajoute(QStringLiteral("Orienter la sélection"), {}, {}, a, n >= 2), kOrientations,
           false);
     concessions(m, n, true);
+    if (ctx.s.CB_Rangees->isChecked()) {
+        const int e = m.ajouteEntete(QStringLiteral("EMPLACEMENTS"));
+        m.ajoute(QStringLiteral("Créer une rangée d'emplacements…"), QStringLiteral("CreerRangee"),
+                 {}, e, n == 1);
+    }
 }
 
 void construitMenuLecture(Contexte& ctx, MenuSurgissant& m, int n) {
@@ -151,6 +158,8 @@ void dispatche(Contexte& ctx, int numero, const QString& etiquette) {
         DefinirTaille(ctx);
     else if (numero == Style)
         appelle(ctx.crochets.styleSelection);
+    else if (numero == Rangee && tombes && ctx.s.CB_Rangees->isChecked())
+        commandeRangee(ctx);
 }
 
 void ouvreMenuContextuel(Contexte& ctx, const QPoint& ecran) {

@@ -493,6 +493,15 @@ void MapView::paintEvent(QPaintEvent*) {
     paintLegends(p, *map_, size());
     if (const Tool* t = activeTool())
         t->paintOverlay(p);
+    if (snapMark_) {
+        // The point the pointer snapped to: a small square, seen on any background.
+        const QPointF c = viewport_.toScreen(*snapMark_);
+        p.setBrush(Qt::NoBrush);
+        p.setPen(QPen(Qt::white, 3));
+        p.drawRect(QRectF(c.x() - 5, c.y() - 5, 10, 10));
+        p.setPen(QPen(QColor(220, 0, 120), 1.5));
+        p.drawRect(QRectF(c.x() - 5, c.y() - 5, 10, 10));
+    }
 }
 
 void MapView::resizeEvent(QResizeEvent*) {
@@ -501,34 +510,74 @@ void MapView::resizeEvent(QResizeEvent*) {
     setViewport(v);
 }
 
+void MapView::setSnapper(Snapper snapper, int tolerancePixels) {
+    snapper_ = std::move(snapper);
+    snapPixels_ = std::max(1, tolerancePixels);
+    if (!snapper_ && snapMark_) {
+        snapMark_.reset();
+        update();
+    }
+}
+
+bool MapView::toolSnaps() const {
+    if (!snapper_)
+        return false;
+    if (currentTool_ == tool::DrawPolygon || currentTool_ == tool::DrawLine)
+        return true;
+    if (currentTool_ == tool::Select)
+        return editingMode_ == editmode::Vertices || editingMode_ == editmode::AddVertices;
+    return currentTool_ < 1000; // the custom tools: corners, centres and points
+}
+
+QMouseEvent MapView::snapped(const QMouseEvent& event) {
+    const std::optional<Point> before = snapMark_;
+    snapMark_.reset();
+    QPointF at = event.position();
+    if (toolSnaps() && !(event.modifiers() & Qt::ShiftModifier) && viewport_.pixelsPerUnit() > 0) {
+        try {
+            snapMark_ = snapper_(viewport_.toMap(at), snapPixels_ / viewport_.pixelsPerUnit());
+        } catch (const veldra::Erreur&) {
+            snapMark_.reset(); // a snapper that fails leaves the pointer where it is
+        }
+        if (snapMark_)
+            at = viewport_.toScreen(*snapMark_);
+    }
+    if (before != snapMark_)
+        update();
+    return QMouseEvent(event.type(), at, mapToGlobal(at), event.button(), event.buttons(),
+                       event.modifiers());
+}
+
 void MapView::mousePressEvent(QMouseEvent* event) {
-    const QPointF at = event->position();
-    emit mouseDown(mouse::buttonCode(event->button()), mouse::shiftCode(event->modifiers()), at.x(),
-                   at.y());
+    QMouseEvent e = snapped(*event);
+    const QPointF at = e.position();
+    emit mouseDown(mouse::buttonCode(e.button()), mouse::shiftCode(e.modifiers()), at.x(), at.y());
     if (Tool* t = activeTool())
-        t->mousePress(*event);
+        t->mousePress(e);
 }
 
 void MapView::mouseMoveEvent(QMouseEvent* event) {
-    const QPointF at = event->position();
-    emit mouseMoved(mouse::buttonCode(event->buttons()), mouse::shiftCode(event->modifiers()),
-                    at.x(), at.y());
+    QMouseEvent e = snapped(*event);
+    const QPointF at = e.position();
+    emit mouseMoved(mouse::buttonCode(e.buttons()), mouse::shiftCode(e.modifiers()), at.x(),
+                    at.y());
     if (Tool* t = activeTool())
-        t->mouseMove(*event);
+        t->mouseMove(e);
 }
 
 void MapView::mouseReleaseEvent(QMouseEvent* event) {
-    const QPointF at = event->position();
-    emit mouseUp(mouse::buttonCode(event->button()), mouse::shiftCode(event->modifiers()), at.x(),
-                 at.y());
+    QMouseEvent e = snapped(*event);
+    const QPointF at = e.position();
+    emit mouseUp(mouse::buttonCode(e.button()), mouse::shiftCode(e.modifiers()), at.x(), at.y());
     if (Tool* t = activeTool())
-        t->mouseRelease(*event);
+        t->mouseRelease(e);
 }
 
 void MapView::mouseDoubleClickEvent(QMouseEvent* event) {
+    QMouseEvent e = snapped(*event);
     emit doubleClicked();
     if (Tool* t = activeTool())
-        t->mouseDoubleClick(*event);
+        t->mouseDoubleClick(e);
 }
 
 void MapView::wheelEvent(QWheelEvent* event) {

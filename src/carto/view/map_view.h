@@ -23,9 +23,11 @@
 #include <QTimer>
 #include <QWidget>
 #include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 class QThreadPool;
@@ -124,6 +126,14 @@ public:
     QString mouseIcon() const { return mouseIcon_; }
     void setMouseIcon(const QString& file); // Erreur when the file is not a cursor image
 
+    // Snapping, while drawing or editing vertices: the snapper gives, for a map point, the
+    // point it snaps to within a tolerance in map units (none: the pointer stays). The view
+    // asks it with `tolerancePixels` turned into map units; Shift held suspends it. No
+    // snapper: no snapping.
+    using Snapper = std::function<std::optional<Point>(Point, double)>;
+    void setSnapper(Snapper snapper, int tolerancePixels);
+    const std::optional<Point>& snapMark() const { return snapMark_; }
+
     // Looks
     Colour backgroundColor() const { return background_; }
     void setBackgroundColor(Colour c);
@@ -194,6 +204,9 @@ private:
     void collectRender();
     void cancelRender();
     bool containsLayer(const Layer* layer) const;
+    // The event as the tool sees it: moved onto the snapped point when snapping applies.
+    QMouseEvent snapped(const QMouseEvent& event);
+    bool toolSnaps() const;
     RasterImage raster(const QString& source);
 
     std::unique_ptr<Map> map_;
@@ -207,6 +220,9 @@ private:
     int mousePointer_ = pointer::Default;
     QString mouseIcon_;
     QCursor iconCursor_;
+    Snapper snapper_;
+    int snapPixels_ = 8;
+    std::optional<Point> snapMark_;
     std::map<QString, RasterImage> rasters_; // read once per map set
 
     // The cached drawing of the layers and the viewport it was drawn for.
