@@ -11,6 +11,7 @@
 #include "scenario_outils.h"
 #include "scenario_placement.h"
 #include "scenario_recherche.h"
+#include "scenario_sortie.h"
 #include "scenario_themes.h"
 
 #include <QCheckBox>
@@ -201,7 +202,7 @@ std::vector<Etape> edition(FenetrePrincipale& f) {
 QStringList nomsScenarios() {
     return {QStringLiteral("premiere-heure"), QStringLiteral("edition"),
             QStringLiteral("placement"),      QStringLiteral("recherche"),
-            QStringLiteral("themes")};
+            QStringLiteral("themes"),         QStringLiteral("sortie")};
 }
 
 QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const QString& planExemple,
@@ -220,6 +221,7 @@ QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const Q
         : nom == QLatin1String("placement") ? placement(fenetre, planExemple, brouillon.path())
         : nom == QLatin1String("recherche") ? recherche(fenetre, brouillon.path())
         : nom == QLatin1String("themes")    ? themes(fenetre, album)
+        : nom == QLatin1String("sortie")    ? sortie(fenetre, album, dossier)
                                             : premiereHeure(fenetre, planExemple, brouillon.path());
     for (const Etape& e : etapes) {
         fenetre.resize(e.taille);

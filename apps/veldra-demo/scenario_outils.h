@@ -57,8 +57,9 @@ private:
 template <typename T> T* enfant(QWidget& w, const char* nom) {
     T* trouve = w.findChild<T*>(QString::fromLatin1(nom));
     if (!trouve)
-        throw Erreur(err::ErreurInterne,
-                     QStringLiteral("Scénario : « %1 » introuvable.").arg(QString::fromLatin1(nom)));
+        throw Erreur(
+            err::ErreurInterne,
+            QStringLiteral("Scénario : « %1 » introuvable.").arg(QString::fromLatin1(nom)));
     return trouve;
 }
 
