@@ -32,16 +32,23 @@ QDialog* apercuOuvert() {
     return nullptr;
 }
 
-// The Impression dialog filled as the clerk fills it, pictured, then validated with
-// `bouton`.
+// The Impression dialog filled as the clerk fills it.
 void remplitImpression(QDialog& d, const QString& titre, const QString& commentaires, int ligne,
-                       bool selection, const char* bouton) {
+                       bool selection) {
     enfant<QLineEdit>(d, "sTitre")->setText(titre);
     enfant<QPlainTextEdit>(d, "sCommentaires")->setPlainText(commentaires);
     enfant<QListWidget>(d, "Liste_Echelle")->setCurrentRow(ligne);
     if (selection)
         enfant<QCheckBox>(d, "Cb_ImpSelection")->click();
-    enfant<QPushButton>(d, bouton)->click();
+}
+
+// Btn_Imprimer pressed from the processing panel, which is closed again afterwards.
+void imprimeDepuisTraitements(const Surface& s) {
+    if (s.P_traitements->isHidden())
+        s.Btn_Traitements->click();
+    s.Btn_Imprimer->click();
+    if (!s.P_traitements->isHidden())
+        s.Btn_Traitements->click();
 }
 
 // The plots with a concession key around a point, nearest first.
@@ -78,15 +85,18 @@ std::vector<Etape> sortie(FenetrePrincipale& f, Album& album, const QString& dos
     const auto imprime = [&c, &s, &album](const QString& titre, const QString& commentaires,
                                           int ligne, bool selection, const QString& image) {
         c.setModalHook([=, &album](QDialog& d) {
+            remplitImpression(d, titre, commentaires, ligne, selection);
             if (!image.isEmpty())
                 album.dialogue(d, image, kTaille);
-            remplitImpression(d, titre, commentaires, ligne, selection, "Btn_ValiderImpression");
+            enfant<QPushButton>(d, "Btn_ValiderImpression")->click();
             return d.result();
         });
-        if (s.P_traitements->isHidden())
-            s.Btn_Traitements->click();
-        s.Btn_Imprimer->click();
+        imprimeDepuisTraitements(s);
     };
+    // Room for a tree and a bench in the forecourt, right of the chapel.
+    const carto::Rect enceinte = c.Calque_Enceinte ? c.Calque_Enceinte->bounds() : plan;
+    const carto::Point parvis{enceinte.xmin + 0.83 * enceinte.width(),
+                              (enceinte.ymin + plan.ymin) / 2};
     return {
         {QStringLiteral("plan-et-situation"), kTaille,
          [&s] {
@@ -104,8 +114,7 @@ std::vector<Etape> sortie(FenetrePrincipale& f, Album& album, const QString& dos
         {QStringLiteral("apercu-plan-entier"), kTaille,
          [apercu] { apercu(QStringLiteral("apercu-plan-entier")); }, false},
         {QStringLiteral("apercu-selection"), kTaille,
-         [&c, &carte, &s, imprime, apercu, proches, milieu] {
-             s.Btn_Traitements->click(); // the panel out of the way
+         [&c, &carte, imprime, apercu, proches, milieu] {
              carte.setBounds({milieu.x - 20, milieu.y - 14, milieu.x + 20, milieu.y + 14});
              QString liste;
              for (size_t i = 0; i < proches.size() && i < 3; ++i)
@@ -133,20 +142,16 @@ std::vector<Etape> sortie(FenetrePrincipale& f, Album& album, const QString& dos
                  }
                  enfant<QComboBox>(d, "Combo_Papier")->setCurrentIndex(1);      // A3
                  enfant<QComboBox>(d, "Combo_Orientation")->setCurrentIndex(1); // landscape
-                 enfant<QListWidget>(d, "Liste_Echelle")->setCurrentRow(1);     // 1/500
-                 enfant<QLineEdit>(d, "sTitre")->setText(QStringLiteral("Cimetière d'exemple"));
-                 enfant<QPlainTextEdit>(d, "sCommentaires")
-                     ->setPlainText(QStringLiteral("Plan au 1/500 avec les titulaires des "
-                                                   "concessions."));
+                 remplitImpression(d, QStringLiteral("Cimetière d'exemple"),
+                                   QStringLiteral("Plan au 1/500 avec les titulaires des "
+                                                  "concessions."),
+                                   1, false);
                  album.dialogue(d, QStringLiteral("dialogue-impression-pdf"), kTaille);
                  enfant<QPushButton>(d, "Btn_Pdf")->click();
                  return d.result();
              });
-             if (s.P_traitements->isHidden())
-                 s.Btn_Traitements->click();
              QFile::remove(pdf);
-             s.Btn_Imprimer->click();
-             s.Btn_Traitements->click();
+             imprimeDepuisTraitements(s);
              // The PDF's first page as a picture, to be looked at.
              const QString outil = QStandardPaths::findExecutable(QStringLiteral("pdftoppm"));
              if (outil.isEmpty() || !QFileInfo::exists(pdf)) {
@@ -173,21 +178,19 @@ std::vector<Etape> sortie(FenetrePrincipale& f, Album& album, const QString& dos
          },
          false},
         {QStringLiteral("symboles-inseres"), kTaille,
-         [&s, &carte, plan] {
+         [&s, &carte, parvis] {
              if (!s.CB_ModeEdition->isChecked())
                  s.CB_ModeEdition->click();
              if (!s.CB_Bibliotheque->isChecked())
                  s.CB_Bibliotheque->click();
-             // The forecourt, south of the plots: room for a tree and a bench.
-             const carto::Point ou{plan.center().x, plan.ymin - 4};
-             carte.setBounds({ou.x - 14, ou.y - 9, ou.x + 14, ou.y + 9});
+             carte.setBounds({parvis.x - 12, parvis.y - 8, parvis.x + 12, parvis.y + 8});
              s.Btn_Biblio_[0]->click();
-             carte.setCentre({ou.x - 4, ou.y});
+             carte.setCentre({parvis.x - 3, parvis.y});
              s.Btn_BiblioInserer->click();
              s.Btn_Biblio_[1]->click();
-             carte.setCentre({ou.x + 3, ou.y});
+             carte.setCentre({parvis.x + 2, parvis.y - 1});
              s.Btn_BiblioInserer->click();
-             carte.setCentre(ou);
+             carte.setCentre(parvis);
          }},
         {QStringLiteral("tout-remis"), kTaille,
          [&f, &s] {
@@ -200,6 +203,7 @@ std::vector<Etape> sortie(FenetrePrincipale& f, Album& album, const QString& dos
              f.etiquettesTitulaires(false);
              if (s.CB_PlanSitue->isChecked())
                  s.CB_PlanSitue->click();
+             choisitCalque(s, QStringLiteral("Tombes"));
              s.B_Outils_[8]->click();
          }},
     };

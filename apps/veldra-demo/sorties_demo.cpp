@@ -42,16 +42,19 @@ void dessine(QPrinter& printer, const PageHote& page) {
         page.commentaires.isEmpty() ? echelle : page.commentaires + u'\n' + echelle;
     const double hPied = QFontMetricsF(texte).lineSpacing() * (pied.count(u'\n') + 2);
     const QRectF place(0, hTitre, zone.width(), zone.height() - hTitre - hPied);
+    double bas = place.top();
     if (!page.carte.isNull()) {
         const QSizeF taille = QSizeF(page.carte.size()).scaled(place.size(), Qt::KeepAspectRatio);
         const QRectF cible(place.left() + (place.width() - taille.width()) / 2, place.top(),
                            taille.width(), taille.height());
         p.drawImage(cible, page.carte);
         p.drawRect(cible);
+        bas = cible.bottom();
     }
+    // The comments and the scale just under the map.
     p.setFont(texte);
-    p.drawText(QRectF(0, zone.height() - hPied, zone.width(), hPied),
-               Qt::AlignLeft | Qt::AlignBottom | Qt::TextWordWrap, pied);
+    p.drawText(QRectF(0, bas + QFontMetricsF(texte).lineSpacing() / 2, zone.width(), hPied),
+               Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, pied);
 }
 
 } // namespace

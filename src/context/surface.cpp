@@ -337,9 +337,15 @@ void panneauxFlottants(Surface& s, QWidget& c) {
         flottant(&c, "Panel_Localisation", s.Label8, "Label8", QStringLiteral("Plan de situation"));
     s.HLBBttn1 =
         bouton(s.Label8, QStringLiteral("HLBBttn1"), QStringLiteral("✕"), QStringLiteral("Fermer"));
+    auto* titreSituation = new QHBoxLayout(s.Label8);
+    titreSituation->setContentsMargins(0, 0, 0, 0);
+    titreSituation->addStretch(1);
+    titreSituation->addWidget(s.HLBBttn1);
+    s.HLBBttn1->setStyleSheet(QStringLiteral("color:white;"));
+    s.HLBBttn1->setMinimumSize(18, 18);
     s.MapLocalisation = cree<carto::MapView>(s.Panel_Localisation, "MapLocalisation");
-    s.Panel_Localisation->layout()->addWidget(s.MapLocalisation);
-    s.Panel_Localisation->resize(220, 180);
+    static_cast<QVBoxLayout*>(s.Panel_Localisation->layout())->addWidget(s.MapLocalisation, 1);
+    s.Panel_Localisation->resize(260, 200);
 
     // Symbol library: the categories, the element on show, browsing and inserting it
     s.Panel_Bibli = flottant(&c, "Panel_Bibli", s.Label1, "Label1", QStringLiteral("Bibliothèque"));
@@ -368,7 +374,7 @@ void panneauxFlottants(Surface& s, QWidget& c) {
     s.Panel_Bibli->layout()->addWidget(s.Btn_Biblio);
     s.MapBibli = cree<carto::MapView>(s.Panel_Bibli, "MapBibli");
     s.MapBibli->setMinimumSize(200, 130);
-    s.Panel_Bibli->layout()->addWidget(s.MapBibli);
+    static_cast<QVBoxLayout*>(s.Panel_Bibli->layout())->addWidget(s.MapBibli, 1);
     s.Nb_EltsCategorie = cree<QLabel>(s.Panel_Bibli, "Nb_EltsCategorie");
     s.Nb_EltsCategorie->setWordWrap(true);
     s.Panel_Bibli->layout()->addWidget(s.Nb_EltsCategorie);

@@ -20,6 +20,22 @@ carto::Rect cadreVisible(const carto::MapView& vue, const carto::MapView& apercu
             std::min(v.ymax, o.ymax)};
 }
 
+// The overview is framed on the enclosure when the plan opens, often while it is hidden
+// and not yet of its size: each new size frames it again, with the same margin.
+void recadreApercu(Contexte& ctx) {
+    carto::MapView& apercu = *ctx.s.MapLocalisation;
+    const char* const taille = "tailleCadree";
+    if (!ctx.etat.planOuvert || !ctx.v.Calque_Enceinte ||
+        apercu.property(taille).toSize() == apercu.size())
+        return;
+    apercu.setProperty(taille, apercu.size());
+    const carto::Layer* enceinte = apercu.map().layer(ctx.v.Calque_Enceinte->name());
+    if (!enceinte || enceinte->featureCount() == 0)
+        return;
+    apercu.setBounds(enceinte->bounds());
+    apercu.setZoom(apercu.zoom() / 0.9);
+}
+
 void centreSur(Contexte& ctx, double x, double y) {
     const carto::Point p = ctx.s.MapLocalisation->toMap(QPointF(x, y));
     ctx.s.Map1->setCentre(p);
@@ -76,8 +92,10 @@ void connecteCarteLocalisation(Contexte& ctx) {
         panneau->raise();
     });
     // Shown, resized or zoomed, the overview shows another area: the frame is cut again.
-    QObject::connect(apercu, &carto::MapView::viewChanged, &ctx.controle,
-                     [c] { suitVuePrincipale(*c); });
+    QObject::connect(apercu, &carto::MapView::viewChanged, &ctx.controle, [c] {
+        recadreApercu(*c);
+        suitVuePrincipale(*c);
+    });
 }
 
 } // namespace veldra

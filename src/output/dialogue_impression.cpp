@@ -87,6 +87,9 @@ Impression::Impression(bool papier, QWidget* parent) : QDialog(parent) {
     Frame_Papier = cree<QFrame>(this, "Frame_Papier");
     Frame_Papier->setFrameShape(QFrame::StyledPanel);
     auto* fp = new QFormLayout(Frame_Papier);
+    fp->addRow(libelle(Frame_Papier, "L_Papier",
+                       QStringLiteral("Sur papier ou en PDF, à l'échelle "
+                                      "choisie :")));
     Combo_Papier = cree<QComboBox>(Frame_Papier, "Combo_Papier");
     Combo_Papier->addItem(QStringLiteral("A4"), int(QPageSize::A4));
     Combo_Papier->addItem(QStringLiteral("A3"), int(QPageSize::A3));
