@@ -134,10 +134,10 @@ void Veldra::connecteSurface() {
     connecteHistorique(ctx_);
     surface_.Map1->installEventFilter(this);
     // The scale and the overview follow the main view; their errors are ignored.
-    connect(surface_.Map1, &carto::MapView::viewChanged, this, [c] {
-        afficheEchelle(*c);
-        suitVuePrincipale(*c);
-    });
+    connect(surface_.Map1, &carto::MapView::viewChanged, this, garde(ctx_, [c] {
+                afficheEchelle(*c);
+                suitVuePrincipale(*c);
+            }));
     // What a map tool could not do reaches the user, never the event loop.
     connect(surface_.Map1, &carto::MapView::failed, this,
             [c](const Erreur& err) { signaleErreur(*c, err); });

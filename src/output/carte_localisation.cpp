@@ -32,8 +32,12 @@ void recadreApercu(Contexte& ctx) {
     const carto::Layer* enceinte = apercu.map().layer(ctx.v.Calque_Enceinte->name());
     if (!enceinte || enceinte->featureCount() == 0)
         return;
-    apercu.setBounds(enceinte->bounds());
-    apercu.setZoom(apercu.zoom() / 0.9);
+    try {
+        apercu.setBounds(enceinte->bounds());
+        apercu.setZoom(apercu.zoom() / 0.9);
+    } catch (const Erreur&) {
+        // The overview keeps the area it had.
+    }
 }
 
 void centreSur(Contexte& ctx, double x, double y) {
@@ -82,20 +86,21 @@ void connecteCarteLocalisation(Contexte& ctx) {
                              centreSur(*c, x, y);
                      }));
     // First shown in the map's bottom left corner, then where the clerk leaves it.
-    QObject::connect(ctx.s.CB_PlanSitue, &QCheckBox::toggled, &ctx.controle, [c](bool coche) {
-        QFrame* panneau = c->s.Panel_Localisation;
-        if (!coche || panneau->pos() != QPoint(0, 0))
-            return;
-        const QRect carte = c->s.Map1->geometry();
-        panneau->move(carte.left() + 12,
-                      std::max(carte.top(), carte.bottom() - panneau->height() - 12));
-        panneau->raise();
-    });
+    QObject::connect(
+        ctx.s.CB_PlanSitue, &QCheckBox::toggled, &ctx.controle, garde(ctx, [c](bool coche) {
+            QFrame* panneau = c->s.Panel_Localisation;
+            if (!coche || panneau->pos() != QPoint(0, 0))
+                return;
+            const QRect carte = c->s.Map1->geometry();
+            panneau->move(carte.left() + 12,
+                          std::max(carte.top(), carte.bottom() - panneau->height() - 12));
+            panneau->raise();
+        }));
     // Shown, resized or zoomed, the overview shows another area: the frame is cut again.
-    QObject::connect(apercu, &carto::MapView::viewChanged, &ctx.controle, [c] {
-        recadreApercu(*c);
-        suitVuePrincipale(*c);
-    });
+    QObject::connect(apercu, &carto::MapView::viewChanged, &ctx.controle, garde(ctx, [c] {
+                         recadreApercu(*c);
+                         suitVuePrincipale(*c);
+                     }));
 }
 
 } // namespace veldra
