@@ -5,6 +5,7 @@
 #include "sortie_fixture.h"
 
 #include <QFileInfo>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QTest>
 
@@ -168,4 +169,18 @@ TEST(CarteLocalisation, AClickCentresTheMainViewThereAtTheSameZoom) {
     // Nothing of the overview is picked by the click.
     for (const carto::Layer* l : apercu.map().layers())
         EXPECT_TRUE(l->selection().isEmpty()) << l->name().toStdString();
+}
+
+TEST(CarteLocalisation, ThePanelIsDraggedByItsTitle) {
+    Sortie f;
+    f.w<QCheckBox>("CB_PlanSitue")->click();
+    QWidget* panneau = f.w<QFrame>("Panel_Localisation");
+    QWidget* titre = f.w<QLabel>("Label8");
+    const QPoint avant = panneau->pos();
+    QTest::mousePress(titre, Qt::LeftButton, Qt::NoModifier, QPoint(30, 5));
+    QMouseEvent bouge(QEvent::MouseMove, QPointF(90, 45), titre->mapToGlobal(QPointF(90, 45)),
+                      Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(titre, &bouge);
+    QTest::mouseRelease(titre, Qt::LeftButton, Qt::NoModifier, QPoint(90, 45));
+    EXPECT_EQ(panneau->pos(), avant + QPoint(60, 40));
 }

@@ -83,6 +83,33 @@ TEST(MiseEnPage, AtOneFiveHundredTenMetresAreTwoCentimetresOnThePage) {
     }
 }
 
+TEST(MiseEnPage, PlotNumbersAndHostLabelsStayTextsInThePdf) {
+    Sortie f;
+    f.vue().setCentre(f.tombes().bounds().center());
+    MiseEnPage m;
+    m.echelle = 200; // plots wide enough to carry a name
+    const QString chemin = f.dir.filePath(QStringLiteral("noms.pdf"));
+    const auto textes = [&] {
+        ecritPdf(f.c->contexte(), chemin, m);
+        return litPdf(chemin).textes;
+    };
+    const int numeros = textes();
+    f.c->Calque_Numero->setVisible(false);
+    const int sans = textes();
+    EXPECT_GT(numeros, sans + 20); // the plot numbers
+    RecordsetPtr noms = recordset::fromFieldSpec(u"IDGCF N,Nom C(20)");
+    for (const carto::Feature& t : f.tenues()) {
+        noms->addNew();
+        noms->setValue(qsizetype(0), t.attribute(u"IDGCF"));
+        noms->setValue(qsizetype(1), QStringLiteral("Famille"));
+        noms->update();
+    }
+    QString champ = QStringLiteral("Nom");
+    f.c->SetEtiquette(noms, champ);
+    EXPECT_GT(textes(), sans + 20); // the names, halo and all
+    EXPECT_FALSE(litPdf(chemin).images);
+}
+
 TEST(MiseEnPage, TheCurrentScaleIsTheScreensAndBadScalesAreRefused) {
     Sortie f;
     const carto::MapView& v = f.vue();
