@@ -1,36 +1,19 @@
-// Drawing the 30,000-plot plan: a full redraw of the view, an export to JPEG, a pan shown
-// from the cached picture, and one plot moved (then undone and redone) with its area drawn
-// again, beside gdal_rasterize of the same polygons at the same size measured in the same
-// run.
+// Drawing the 30,000-plot plan: a full redraw of the view, a pan shown from the cached
+// picture, and one plot moved (then undone and redone) with its area drawn again; the
+// export to JPEG and gdal_rasterize of the same polygons at the same size (view_peers.cpp)
+// are measured in the same run.
 #include "bench_plans.h"
 #include "carto/model/edit_commands.h"
 #include "carto/view/map_view.h"
+#include "view_fixture.h"
 
 #include <QApplication>
 #include <QUndoStack>
 #include <QWindow>
 #include <benchmark/benchmark.h>
-#include <gdal_priv.h>
-#include <gdal_utils.h>
 #include <memory>
-#include <ogrsf_frmts.h>
 
 namespace {
-
-constexpr QSize kViewSize(1600, 1000);
-
-struct ViewFixture {
-    carto::MapView view;
-    explicit ViewFixture(int plots, bool copy = false) {
-        view.resize(kViewSize);
-        view.map().loadMapSet(copy ? copyOf(plots) : planOf(plots));
-        view.setBounds(view.map().requireLayer(u"Enceinte").bounds());
-        view.show();
-        for (int i = 0; i < 10 && !view.windowHandle()->isExposed(); ++i)
-            QApplication::processEvents(QEventLoop::AllEvents, 50);
-        view.waitForRender();
-    }
-};
 
 void BM_Redraw(benchmark::State& state) {
     ViewFixture f(int(state.range(0)));
@@ -74,20 +57,6 @@ void BM_UndoRedoMove(benchmark::State& state) {
 }
 BENCHMARK(BM_UndoRedoMove)->Arg(30000)->Unit(benchmark::kMillisecond);
 
-void BM_Export(benchmark::State& state) {
-    ViewFixture f(int(state.range(0)));
-    const QString path = QDir::tempPath() + QStringLiteral("/veldra-bench/export.jpg");
-    // 2000 x 1500 pixels at the screen's resolution, in centimetres.
-    const double w = 2000 / double(f.view.logicalDpiX()) * 2.54;
-    const double h = 1500 / double(f.view.logicalDpiY()) * 2.54;
-    for (auto _ : state)
-        f.view.exportImage(path, 1, w, h);
-    const QImage out(path);
-    state.counters["width"] = out.width();
-    state.counters["height"] = out.height();
-}
-BENCHMARK(BM_Export)->Arg(30000)->Unit(benchmark::kMillisecond);
-
 // Each step moves the view by 40 pixels and repaints it from the cached picture; the
 // render that follows a pan is not part of this figure.
 void BM_PanCached(benchmark::State& state) {
@@ -103,44 +72,6 @@ void BM_PanCached(benchmark::State& state) {
         state.SkipWithError("the view was never shown");
 }
 BENCHMARK(BM_PanCached)->Arg(30000)->Unit(benchmark::kMillisecond);
-
-// Peer: the polygon layers burnt into an in-memory raster of the view's size.
-void BM_PeerRasterize(benchmark::State& state) {
-    const QString path = planOf(int(state.range(0)));
-    const GDALDatasetUniquePtr src(
-        GDALDataset::Open(path.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY));
-    OGREnvelope e;
-    if (src->GetLayerByName("Enceinte")->GetExtent(&e) != OGRERR_NONE)
-        return state.SkipWithError("no enclosure extent");
-    const QByteArray te = QStringLiteral("%1 %2 %3 %4")
-                              .arg(e.MinX, 0, 'f', 6)
-                              .arg(e.MinY, 0, 'f', 6)
-                              .arg(e.MaxX, 0, 'f', 6)
-                              .arg(e.MaxY, 0, 'f', 6)
-                              .toUtf8();
-    CPLStringList args;
-    for (const char* a : {"-of", "MEM", "-ot", "Byte", "-burn", "255", "-l", "Enceinte", "-l",
-                          "Sections", "-l", "Allées", "-l", "Tombes", "-ts"})
-        args.AddString(a);
-    args.AddString(QByteArray::number(kViewSize.width()).constData());
-    args.AddString(QByteArray::number(kViewSize.height()).constData());
-    args.AddString("-te");
-    for (const QByteArray& v : te.split(' '))
-        args.AddString(v.constData());
-    std::unique_ptr<GDALRasterizeOptions, void (*)(GDALRasterizeOptions*)> options(
-        GDALRasterizeOptionsNew(args.List(), nullptr), GDALRasterizeOptionsFree);
-    for (auto _ : state) {
-        int failed = 0;
-        GDALDatasetH out =
-            GDALRasterize("", nullptr, GDALDataset::ToHandle(src.get()), options.get(), &failed);
-        if (!out || failed) {
-            state.SkipWithError("gdal_rasterize failed");
-            break;
-        }
-        GDALClose(out);
-    }
-}
-BENCHMARK(BM_PeerRasterize)->Arg(30000)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -11,6 +11,7 @@
 #include "reponses_concession.h"
 #include "reponses_hote.h"
 #include "reponses_suppression.h"
+#include "sorties_demo.h"
 #include "veldra-plan/plan_tool.h"
 
 #include <QCloseEvent>
@@ -77,6 +78,12 @@ FenetrePrincipale::FenetrePrincipale(QSettings& reglages, QWidget* parent)
     plan_->setAnnulation(true);
     plan_->setAnalyseDetaillee(true);
     plan_->setCompletionNumeros(true);
+    // Its clerks print on paper and to PDF from the control's print dialog too; the
+    // localisation images it shows are kept lossless. The maps the control hands it to
+    // print are shown in a print preview.
+    plan_->setImpressionPapier(true);
+    plan_->setImageLocalisationPng(true);
+    brancheImpression(*plan_, *this);
     // The themes its register can colour the plan with.
     for (auto [libelle, code] : Registre::themes())
         plan_->AjouteTheme(libelle, code);
@@ -153,6 +160,14 @@ void FenetrePrincipale::creeMenus() {
     affichage->addAction(voirJournal);
     affichage->addAction(QStringLiteral("&Effacer le journal"), journal_, &QPlainTextEdit::clear);
 
+    QMenu* const sorties = menuBar()->addMenu(QStringLiteral("&Sorties"));
+    etiquettes_ = sorties->addAction(QStringLiteral("Étiquettes des &titulaires"));
+    etiquettes_->setObjectName(QStringLiteral("ActionEtiquettesTitulaires"));
+    etiquettes_->setCheckable(true);
+    connect(etiquettes_, &QAction::toggled, this, &FenetrePrincipale::etiquettesTitulaires);
+    sorties->addAction(QStringLiteral("Image de &localisation…"), this,
+                       &FenetrePrincipale::demandeImageLocalisation);
+
     QMenu* const aide = menuBar()->addMenu(QStringLiteral("A&ide"));
     aide->addAction(QStringLiteral("À &propos"), this, &FenetrePrincipale::aPropos);
 }
@@ -206,6 +221,11 @@ void FenetrePrincipale::planOuvert(const QString& chemin, const QString& nom) {
     cheminPlan_ = chemin;
     nomPlan_ = nom;
     plan_->setEnabled(true);
+    {
+        // A plan opens without labels.
+        const QSignalBlocker bloque(etiquettes_);
+        etiquettes_->setChecked(false);
+    }
     ouvreRegistre(chemin);
     setWindowTitle(nom + QStringLiteral(" — ") + TitreFenetre);
     statusBar()->showMessage(QDir::toNativeSeparators(chemin));
@@ -323,6 +343,41 @@ void FenetrePrincipale::closeEvent(QCloseEvent* event) {
     plan_->WriteProperties(sac);
     ecrisProprietes(reglages_, sac);
     event->accept();
+}
+
+void FenetrePrincipale::etiquettesTitulaires(bool montre) {
+    {
+        const QSignalBlocker bloque(etiquettes_);
+        etiquettes_->setChecked(montre && registre_);
+    }
+    if (montre && registre_)
+        etiquetteTitulaires(*plan_, *registre_);
+    else
+        plan_->RAZEtiquette();
+}
+
+QDialog* FenetrePrincipale::imageLocalisation(const QString& id) {
+    QDialog* fenetre = nullptr;
+    try {
+        fenetre = montreImageLocalisation(*plan_, this, id);
+    } catch (const Erreur& e) {
+        signale(QStringLiteral("L'image de localisation n'a pas pu être faite : ") +
+                e.description());
+        return nullptr;
+    }
+    if (!fenetre)
+        signale(QStringLiteral("Aucun emplacement du plan ne porte la concession « %1 ».")
+                    .arg(id.left(40)));
+    return fenetre;
+}
+
+void FenetrePrincipale::demandeImageLocalisation() {
+    bool ok = false;
+    const QString id = QInputDialog::getText(this, QStringLiteral("Image de localisation"),
+                                             QStringLiteral("Numéro de la concession (IDGCF) :"),
+                                             QLineEdit::Normal, QString(), &ok);
+    if (ok)
+        imageLocalisation(id.trimmed());
 }
 
 } // namespace veldra::demo

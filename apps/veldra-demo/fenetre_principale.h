@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 
+class QAction;
 class QDialog;
 class QDockWidget;
 class QLabel;
@@ -59,6 +60,11 @@ public:
     void setConfirmation(std::function<bool(const QString&)> confirme);
     // Who answers the host's own dialogs (the concession to assign): exec() by default.
     void setMontreDialogue(std::function<int(QDialog&)> montre);
+    // The plots labelled with their holders' names from the register, or not.
+    void etiquettesTitulaires(bool montre);
+    // The localisation image of concession `id` in a window; nullptr when the plan has no
+    // plot of that key (the window's message bar then says so).
+    QDialog* imageLocalisation(const QString& id);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -75,12 +81,14 @@ private:
     // The register beside the plan, made from the plan's plots the first time.
     void ouvreRegistre(const QString& chemin);
     void aPropos();
+    void demandeImageLocalisation();
 
     QSettings& reglages_;
     Veldra* plan_;
     PrompterHote* prompter_; // owned by the control
     QLabel* bandeau_ = nullptr;
     QDockWidget* dockJournal_ = nullptr;
+    QAction* etiquettes_ = nullptr;
     QPlainTextEdit* journal_ = nullptr;
     QTableView* tableDetails_ = nullptr;
     QPlainTextEdit* texteDetails_ = nullptr;

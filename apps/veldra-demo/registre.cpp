@@ -349,6 +349,29 @@ RecordsetPtr Registre::inhumes(int idgcf) const {
     return rs;
 }
 
+RecordsetPtr Registre::etiquettesTitulaires() const {
+    RecordsetPtr rs = recordset::fromFieldSpec(u"IDGCF N,Titulaire C(64)");
+    QSqlQuery q(base());
+    q.prepare(QStringLiteral("SELECT idgcf, nom FROM titulaires ORDER BY idgcf, rowid"));
+    execute(q);
+    int precedent = 0;
+    while (q.next()) {
+        const int id = q.value(0).toInt();
+        if (id == precedent)
+            continue; // the first holder names the plot
+        precedent = id;
+        const QString personne = q.value(1).toString();
+        const qsizetype blanc = personne.indexOf(u' ');
+        rs->addNew();
+        rs->setValue(qsizetype(0), id);
+        rs->setValue(qsizetype(1), blanc < 0 ? personne : personne.mid(blanc + 1));
+        rs->update();
+    }
+    if (rs->recordCount() > 0)
+        rs->moveFirst();
+    return rs;
+}
+
 QStringList Registre::fiches(const QList<int>& ids) const {
     QStringList out;
     QSqlQuery q(base());

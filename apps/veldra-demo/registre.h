@@ -80,6 +80,9 @@ public:
     // with nom and prenom. Empty record sets for a key the register does not hold.
     RecordsetPtr concessionnaires(int idgcf) const;
     RecordsetPtr inhumes(int idgcf) const;
+    // The family name of each concession's first holder, by key ("IDGCF N,Titulaire
+    // C(64)"): what the plan's plots are labelled with.
+    RecordsetPtr etiquettesTitulaires() const;
     // One line per concession: its number, place and holders.
     QStringList fiches(const QList<int>& ids) const;
 

@@ -12,6 +12,7 @@
 #include "scenario_outils.h"
 #include "scenario_placement.h"
 #include "scenario_recherche.h"
+#include "scenario_sortie.h"
 #include "scenario_themes.h"
 
 #include <QCheckBox>
@@ -202,7 +203,8 @@ std::vector<Etape> edition(FenetrePrincipale& f) {
 QStringList nomsScenarios() {
     return {QStringLiteral("premiere-heure"), QStringLiteral("edition"),
             QStringLiteral("placement"),      QStringLiteral("menu"),
-            QStringLiteral("recherche"),      QStringLiteral("themes")};
+            QStringLiteral("recherche"),      QStringLiteral("themes"),
+            QStringLiteral("sortie")};
 }
 
 QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const QString& planExemple,
@@ -222,6 +224,7 @@ QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const Q
         : nom == QLatin1String("menu")      ? menu(fenetre, album, planExemple, brouillon.path())
         : nom == QLatin1String("recherche") ? recherche(fenetre, brouillon.path())
         : nom == QLatin1String("themes")    ? themes(fenetre, album)
+        : nom == QLatin1String("sortie")    ? sortie(fenetre, album, dossier)
                                             : premiereHeure(fenetre, planExemple, brouillon.path());
     for (const Etape& e : etapes) {
         fenetre.resize(e.taille);

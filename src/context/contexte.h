@@ -77,6 +77,19 @@ struct EtatThemes {
     QString sParam; // the host theme's legend mapping, its final "@" dropped
 };
 
+// The symbol library shown in Panel_Bibli: its map, opened when first needed, and the
+// element on show.
+struct EtatBibliotheque {
+    bool ouverte = false;           // an attempt was made for the current control folder
+    QString erreur;                 // why the library could not be opened, empty when it was
+    carto::Layer* calque = nullptr; // the library's elements, in MapBibli
+    int boutonSurligne = -1;        // the highlighted category button
+    QString libelle, categorie;     // the category on show
+    qint16 numero = 0;              // its element on show, 1..
+    qint16 nombre = 0;              // its count of elements
+    qint64 element = -1;            // the element on show, -1 for none
+};
+
 struct EtatControle {
     carto::Layer* calquePrecedent = nullptr;
     bool droitEdition = false;
@@ -107,6 +120,15 @@ struct EtatControle {
     bool analyseDetaillee = false;
     bool completionNumeros = false;
     EtatThemes themes;
+    // Output: the folder of the printed map (Repertoire_Export), the result of the last
+    // localisation image (read once by the host), the symbol library.
+    QString repertoireExport;
+    QString imageLocalisationTerminee;
+    EtatBibliotheque bibliotheque;
+    // Beyond the original, off by default: the print dialog also prints on paper and
+    // writes PDF files; the localisation image is written as PNG instead of JPEG.
+    bool impressionPapier = false;
+    bool imageLocalisationPng = false;
 };
 
 // The events a module raises to the host, wired by the control to its signals.
@@ -119,6 +141,7 @@ struct Evenements {
     std::function<void(QString&)> SuppressionAllee;
     std::function<void(QString&)> SuppressionTerrain;
     std::function<void(QString&, QString&)> ChargeTheme;
+    std::function<void(QString&, QString&, QString&, QString&)> DemandeImpressionCarte;
 };
 
 // Calls from one domain module into another, wired by the control. An unset hook does
@@ -146,6 +169,12 @@ struct Crochets {
     std::function<void(const carto::Feature&)> afficheObjetSelectionne;
     // Analysis: the context menu's "Mémoriser la sélection".
     std::function<void()> enregistreMemorisation;
+    // Editing: the label panel of the text and label dialog (Btn_DeplaceEtiquette).
+    std::function<void()> proprietesEtiquettes;
+    // Output: the lettering of the plots' labels, as the text and label dialog sets it.
+    std::function<void(const carto::Style&)> styleEtiquettes;
+    // Plan: the main map's scratch layer made again.
+    std::function<void()> creeCalqueTemporaire;
 };
 
 template <typename... A> void appelle(const std::function<void(A...)>& crochet, A... args) {

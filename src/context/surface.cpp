@@ -364,13 +364,64 @@ void panneauxFlottants(Surface& s, QWidget& c) {
         flottant(&c, "Panel_Localisation", s.Label8, "Label8", QStringLiteral("Plan de situation"));
     s.HLBBttn1 =
         bouton(s.Label8, QStringLiteral("HLBBttn1"), QStringLiteral("✕"), QStringLiteral("Fermer"));
+    auto* titreSituation = new QHBoxLayout(s.Label8);
+    titreSituation->setContentsMargins(0, 0, 0, 0);
+    titreSituation->addStretch(1);
+    titreSituation->addWidget(s.HLBBttn1);
+    s.HLBBttn1->setStyleSheet(QStringLiteral("color:white;"));
+    s.HLBBttn1->setMinimumSize(18, 18);
     s.MapLocalisation = cree<carto::MapView>(s.Panel_Localisation, "MapLocalisation");
-    s.Panel_Localisation->layout()->addWidget(s.MapLocalisation);
-    s.Panel_Localisation->resize(220, 180);
+    static_cast<QVBoxLayout*>(s.Panel_Localisation->layout())->addWidget(s.MapLocalisation, 1);
+    s.Panel_Localisation->resize(260, 200);
 
-    // Symbol library
+    // Symbol library: the categories, the element on show, browsing and inserting it
     s.Panel_Bibli = flottant(&c, "Panel_Bibli", s.Label1, "Label1", QStringLiteral("Bibliothèque"));
-    s.Panel_Bibli->resize(220, 240);
+    s.Btn_FermerBibli = bouton(s.Label1, QStringLiteral("Btn_FermerBibli"), QStringLiteral("✕"),
+                               QStringLiteral("Fermer la bibliothèque"));
+    auto* titreBibli = new QHBoxLayout(s.Label1);
+    titreBibli->setContentsMargins(0, 0, 0, 0);
+    titreBibli->addStretch(1);
+    titreBibli->addWidget(s.Btn_FermerBibli);
+    s.Btn_FermerBibli->setStyleSheet(QStringLiteral("color:white;"));
+    s.Btn_FermerBibli->setMinimumSize(18, 18);
+    s.Btn_Biblio = cree<QFrame>(s.Panel_Bibli, "Btn_Biblio");
+    auto* categories = new QGridLayout(s.Btn_Biblio);
+    categories->setContentsMargins(0, 0, 0, 0);
+    categories->setSpacing(2);
+    const QString libelles[5] = {QStringLiteral("Arbre(s)"), QStringLiteral("Banc(s)"),
+                                 QStringLiteral("Point(s) d'Eau"), QStringLiteral("Poteau(x)"),
+                                 QStringLiteral("Poubelle(s)")};
+    for (int i = 0; i < 5; ++i) {
+        auto* b = new QPushButton(libelles[i], s.Btn_Biblio);
+        b->setObjectName(QStringLiteral("Btn_Biblio_%1").arg(i));
+        b->setAutoFillBackground(true);
+        s.Btn_Biblio_[size_t(i)] = b;
+        categories->addWidget(b, i / 2, i % 2);
+    }
+    s.Panel_Bibli->layout()->addWidget(s.Btn_Biblio);
+    s.MapBibli = cree<carto::MapView>(s.Panel_Bibli, "MapBibli");
+    s.MapBibli->setMinimumSize(200, 130);
+    static_cast<QVBoxLayout*>(s.Panel_Bibli->layout())->addWidget(s.MapBibli, 1);
+    s.Nb_EltsCategorie = cree<QLabel>(s.Panel_Bibli, "Nb_EltsCategorie");
+    s.Nb_EltsCategorie->setWordWrap(true);
+    s.Panel_Bibli->layout()->addWidget(s.Nb_EltsCategorie);
+    auto* parcoursBibli = new QHBoxLayout;
+    s.Btn_EltBibliPrec = bouton(s.Panel_Bibli, QStringLiteral("Btn_EltBibliPrec"),
+                                QStringLiteral("◀"), QStringLiteral("Élément précédent"));
+    s.Btn_EltBibliSuivant = bouton(s.Panel_Bibli, QStringLiteral("Btn_EltBibliSuivant"),
+                                   QStringLiteral("▶"), QStringLiteral("Élément suivant"));
+    s.Btn_BiblioInserer =
+        cree<QPushButton>(s.Panel_Bibli, "Btn_BiblioInserer", QStringLiteral("Insérer"));
+    s.Btn_BiblioInserer->setToolTip(QStringLiteral("Insérer l'élément au centre de la carte"));
+    parcoursBibli->addWidget(s.Btn_EltBibliPrec);
+    parcoursBibli->addStretch(1);
+    parcoursBibli->addWidget(s.Btn_BiblioInserer);
+    parcoursBibli->addStretch(1);
+    parcoursBibli->addWidget(s.Btn_EltBibliSuivant);
+    static_cast<QVBoxLayout*>(s.Panel_Bibli->layout())->addLayout(parcoursBibli);
+    s.Btn_EltBibliPrec->hide();
+    s.Btn_EltBibliSuivant->hide();
+    s.Panel_Bibli->resize(240, 320);
 
     // Quick information
     s.PInfos = panneau(&c, "PInfos", QFrame::Box);
@@ -442,6 +493,11 @@ void panneauxFlottants(Surface& s, QWidget& c) {
         cree<QPushButton>(s.P_traitements, "Btn_SuppTheme", QStringLiteral("Supprimer le thème"));
     s.Btn_SuppTheme->setToolTip(QStringLiteral("Revenir au plan sans thème"));
     tr->addWidget(s.Btn_SuppTheme);
+    tr->addWidget(new QLabel(QStringLiteral("Sorties"), s.P_traitements));
+    s.Btn_Imprimer =
+        cree<QPushButton>(s.P_traitements, "Btn_Imprimer", QStringLiteral("Imprimer…"));
+    s.Btn_Imprimer->setToolTip(QStringLiteral("Imprimer la carte"));
+    tr->addWidget(s.Btn_Imprimer);
     tr->addStretch(1);
     s.P_traitements->hide();
 

@@ -114,6 +114,7 @@ struct Surface {
     QPushButton* Btn_VoirMemorisation = nullptr;
     QPushButton* BTN_Themes = nullptr;    // the theme list
     QPushButton* Btn_SuppTheme = nullptr; // the theme on show removed
+    QPushButton* Btn_Imprimer = nullptr;  // the print settings, then the printed map
 
     // Floating panels
     QFrame* Panel_Outils = nullptr;
@@ -131,6 +132,14 @@ struct Surface {
     carto::MapView* MapLocalisation = nullptr;
     QFrame* Panel_Bibli = nullptr;
     QLabel* Label1 = nullptr;
+    QToolButton* Btn_FermerBibli = nullptr;
+    QFrame* Btn_Biblio = nullptr; // one button per category
+    std::array<QPushButton*, 5> Btn_Biblio_ = {};
+    carto::MapView* MapBibli = nullptr;
+    QLabel* Nb_EltsCategorie = nullptr;
+    QToolButton* Btn_EltBibliPrec = nullptr;
+    QToolButton* Btn_EltBibliSuivant = nullptr;
+    QPushButton* Btn_BiblioInserer = nullptr;
     QFrame* PInfos = nullptr;
     QToolButton* HLBBttn6 = nullptr;
     QToolButton* HLBBttn5 = nullptr; // the file card

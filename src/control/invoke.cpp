@@ -251,6 +251,39 @@ const std::unordered_map<qint32, Appel>& appels() {
              attendus(a, 0, "GetPhotos");
              return QVariant::fromValue(c.GetPhotos());
          }},
+        {0x6003000e,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 6, "ImpCarte");
+             QString format = a[0].toString(), titre = a[1].toString(),
+                     commentaires = a[2].toString(), echelle = a[4].toString();
+             bool trame = a[3].toBool(), selection = a[5].toBool();
+             c.ImpCarte(format, titre, commentaires, trame, echelle, selection);
+             a = {format, titre, commentaires, trame, echelle, selection};
+             return {};
+         }},
+        {0x6003009b,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 2, "SetEtiquette");
+             RecordsetPtr rs = a[0].value<RecordsetPtr>();
+             QString champ = a[1].toString();
+             c.SetEtiquette(rs, champ);
+             a = {QVariant::fromValue(rs), champ};
+             return {};
+         }},
+        {0x6003009c,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 0, "RAZEtiquette");
+             c.RAZEtiquette();
+             return {};
+         }},
+        {0x600300a4,
+         [](Veldra& c, QVariantList& a) -> QVariant {
+             attendus(a, 1, "ImageLocalisation");
+             QString id = a[0].toString();
+             c.ImageLocalisation(id);
+             a[0] = id;
+             return {};
+         }},
         {0x600300a2,
          [](Veldra& c, QVariantList& a) -> QVariant {
              attendus(a, 1, "ChangeDroitEdition");

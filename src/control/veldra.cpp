@@ -16,6 +16,7 @@
 #include "editing/ajustement.h"
 #include "editing/alignement.h"
 #include "editing/barre_outils.h"
+#include "editing/divers.h"
 #include "editing/evenements_carte.h"
 #include "editing/historique.h"
 #include "editing/sauve.h"
@@ -24,8 +25,15 @@
 #include "exchange/collecte.h"
 #include "exchange/listes.h"
 #include "exchange/mise_a_jour.h"
+#include "output/bibliotheque.h"
+#include "output/carte_localisation.h"
+#include "output/connexions.h"
 #include "output/echelle.h"
+#include "output/etiquettes.h"
+#include "output/image_localisation.h"
+#include "output/imp_carte.h"
 #include "plan/calque_courant.h"
+#include "plan/couches_temporaires.h"
 #include "plan/nouveau_cimetiere.h"
 #include "plan/ouverture.h"
 #include "themes/affichage_theme.h"
@@ -99,6 +107,10 @@ void Veldra::connecteSurface() {
     e.SuppressionAllee = [this](QString& noms) { emit SuppressionAllee(noms); };
     e.SuppressionTerrain = [this](QString& ids) { emit SuppressionTerrain(ids); };
     e.ChargeTheme = [this](QString& libelle, QString& code) { emit ChargeTheme(libelle, code); };
+    e.DemandeImpressionCarte = [this](QString& chemin, QString& titre, QString& commentaires,
+                                      QString& echelle) {
+        emit DemandeImpressionCarte(chemin, titre, commentaires, echelle);
+    };
     Contexte* c = &ctx_;
     Crochets& h = ctx_.crochets;
     h.creeOutilsPersonnalises = [c] { creeOutilsPersonnalises(*c); };
@@ -109,6 +121,10 @@ void Veldra::connecteSurface() {
     h.changeCalqueCourant = [c] { changeCalqueCourant(*c); };
     h.afficheObjetSelectionne = [c](const carto::Feature& f) { afficheObjetSelectionne(*c, f); };
     h.enregistreMemorisation = [c] { EnregistreMemorisation(*c); };
+    h.proprietesEtiquettes = [c] { ouvreDivers(*c, [](Divers& d) { d.Etiquette(); }); };
+    h.styleEtiquettes = [c](const carto::Style& style) { styleEtiquettes(*c, style); };
+    h.creeCalqueTemporaire = [c] { creeCalqueTemporaire(*c); };
+    connecteSorties(ctx_);
     connect(surface_.Combo_Calque, &QComboBox::activated, this,
             garde(ctx_, [c] { changeCalqueCourant(*c); }));
     connect(surface_.CB_ModeEdition, &QCheckBox::clicked, this,
@@ -117,8 +133,11 @@ void Veldra::connecteSurface() {
     connecteEvenementsCarte(ctx_);
     connecteHistorique(ctx_);
     surface_.Map1->installEventFilter(this);
-    connect(surface_.Map1, &carto::MapView::viewChanged, this,
-            garde(ctx_, [c] { afficheEchelle(*c); }));
+    // The scale and the overview follow the main view; their errors are ignored.
+    connect(surface_.Map1, &carto::MapView::viewChanged, this, garde(ctx_, [c] {
+                afficheEchelle(*c);
+                suitVuePrincipale(*c);
+            }));
     // What a map tool could not do reaches the user, never the event loop.
     connect(surface_.Map1, &carto::MapView::failed, this,
             [c](const Erreur& err) { signaleErreur(*c, err); });
@@ -127,7 +146,7 @@ void Veldra::connecteSurface() {
 // ---- properties
 
 void Veldra::setRepertoire_Export(const QString& v) {
-    repertoireExport_ = v;
+    ctx_.etat.repertoireExport = v;
     emit PropertyChanged(QStringLiteral("Repertoire_Export"));
 }
 
@@ -144,7 +163,7 @@ void Veldra::setRepFicAnalyse(const QString& v) {
 }
 
 QString Veldra::ImageLocalisationTerminee() {
-    return std::exchange(imageLocalisationTerminee_, QString());
+    return std::exchange(ctx_.etat.imageLocalisationTerminee, QString());
 }
 
 // ---- methods
@@ -286,6 +305,39 @@ RecordsetPtr Veldra::GetPhotos() {
     return veldra::GetPhotos(ctx_);
 }
 
+void Veldra::ImpCarte(QString& Format, QString& sTitre, QString& sCommentaires, bool& TrameP,
+                      QString& sEchelle, bool& ImprimeSelection) {
+    veldra::ImpCarte(ctx_, Format, sTitre, sCommentaires, TrameP, sEchelle, ImprimeSelection);
+}
+
+void Veldra::SetEtiquette(RecordsetPtr& Rs, QString& ChampEtiquette) {
+    veldra::SetEtiquette(ctx_, Rs, ChampEtiquette);
+}
+
+void Veldra::RAZEtiquette() {
+    veldra::RAZEtiquette(ctx_);
+}
+
+void Veldra::ImageLocalisation(QString& sIdGCF) {
+    veldra::ImageLocalisation(ctx_, sIdGCF);
+}
+
+bool Veldra::ImpressionPapier() const {
+    return ctx_.etat.impressionPapier;
+}
+
+void Veldra::setImpressionPapier(bool v) {
+    ctx_.etat.impressionPapier = v;
+}
+
+bool Veldra::ImageLocalisationPng() const {
+    return ctx_.etat.imageLocalisationPng;
+}
+
+void Veldra::setImageLocalisationPng(bool v) {
+    ctx_.etat.imageLocalisationPng = v;
+}
+
 bool Veldra::FontMax() const {
     return ctx_.etat.fontMax;
 }
@@ -355,6 +407,8 @@ void Veldra::setEditeurHook(std::function<void(const QString&)> hook) {
 
 void Veldra::setDossierControle(const QString& dossier) {
     ctx_.dossierControle = QDir::cleanPath(dossier);
+    // The symbol library lives in that folder.
+    oublieBibliotheque(ctx_);
 }
 
 // ---- Qt events

@@ -27,6 +27,11 @@ class Veldra : public QWidget, public VariablesPubliques {
     Q_PROPERTY(bool AnalyseDetaillee READ AnalyseDetaillee WRITE setAnalyseDetaillee)
     // Beyond the original, off by default: the number box offers the plots' numbers.
     Q_PROPERTY(bool CompletionNumeros READ CompletionNumeros WRITE setCompletionNumeros)
+    // Beyond the original, off by default: the print dialog also prints on paper, shows a
+    // preview and writes PDF files.
+    Q_PROPERTY(bool ImpressionPapier READ ImpressionPapier WRITE setImpressionPapier)
+    // Beyond the original, off by default: the localisation image is "ImageL.png".
+    Q_PROPERTY(bool ImageLocalisationPng READ ImageLocalisationPng WRITE setImageLocalisationPng)
     Q_PROPERTY(QString Repertoire_Export READ Repertoire_Export WRITE setRepertoire_Export)
     Q_PROPERTY(QString RepCurseurs READ RepCurseurs WRITE setRepCurseurs)
     Q_PROPERTY(QString RepFicAnalyse READ RepFicAnalyse WRITE setRepFicAnalyse)
@@ -46,7 +51,11 @@ public:
     void setAnalyseDetaillee(bool v);
     bool CompletionNumeros() const;
     void setCompletionNumeros(bool v);
-    QString Repertoire_Export() const { return repertoireExport_; }
+    bool ImpressionPapier() const;
+    void setImpressionPapier(bool v);
+    bool ImageLocalisationPng() const;
+    void setImageLocalisationPng(bool v);
+    QString Repertoire_Export() const { return ctx_.etat.repertoireExport; }
     void setRepertoire_Export(const QString& v);
     QString RepCurseurs() const;
     void setRepCurseurs(const QString& v);
@@ -97,6 +106,14 @@ public:
     bool DelPhoto(QString& sIdGCF);
     QString CheminPhoto(QString& sID, bool& Ouvrir);
     RecordsetPtr GetPhotos();
+    // Printing, labels and the localisation image. SetEtiquette closes the host's record
+    // set and empties `Rs`. ImageLocalisation's errors (no plan open) reach the host as
+    // Erreur, its result then being "-1".
+    void ImpCarte(QString& Format, QString& sTitre, QString& sCommentaires, bool& TrameP,
+                  QString& sEchelle, bool& ImprimeSelection);
+    void SetEtiquette(RecordsetPtr& Rs, QString& ChampEtiquette);
+    void RAZEtiquette();
+    void ImageLocalisation(QString& sIdGCF);
 
     // ---- the container
     // Design-time properties: read when the container loads the control, written when it
@@ -147,9 +164,7 @@ private:
 
     Surface surface_;
     Contexte ctx_;
-    QString repertoireExport_;
     QString repFicAnalyse_ = QStringLiteral("AnalysePlan.txt");
-    QString imageLocalisationTerminee_;
     bool montre_ = false;
 };
 

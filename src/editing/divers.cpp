@@ -221,6 +221,23 @@ void Divers::Texte(const carto::Feature& texte) {
 
 void Divers::Etiquette() {
     mode_ = QStringLiteral("Etiquette");
+    setWindowTitle(QStringLiteral("Propriétés des étiquettes"));
+    // The lettering of the plots' labels; their texts come from the host.
+    const carto::Style s =
+        ctx_.v.Calque_Tombe ? ctx_.v.Calque_Tombe->labels().style : carto::defaultLabelStyle();
+    const SaisieTexte e = saisieDe(carto::Feature::textAt({}, QString(), s));
+    Taille->setText(nombreSimple(e.taille));
+    cb_Gras->setChecked(e.gras);
+    CB_Souligne->setChecked(e.souligne);
+    cb_Ombre->setChecked(e.ombre);
+    CB_Fond->setCurrentIndex(int(e.fond));
+    setCouleur(PCouleur, e.couleur);
+    setCouleur(PCouleurFond, e.couleurFond);
+    auto* champs = static_cast<QFormLayout*>(Panel_Texte->layout());
+    champs->setRowVisible(Text, false);
+    champs->setRowVisible(Cb_Sauvegarde->parentWidget(), false);
+    L_NomCalque->setText(QStringLiteral("Étiquettes des emplacements (taille en points)"));
+    L_NomCalque->show();
     montrePanneau(Panel_Texte);
 }
 
@@ -283,6 +300,19 @@ void Divers::valideTexte() {
         } else {
             ctx_.etat.styleTexte.reset();
         }
+    } else if (mode_ == QLatin1String("Etiquette")) {
+        carto::Style s =
+            ctx_.v.Calque_Tombe ? ctx_.v.Calque_Tombe->labels().style : carto::defaultLabelStyle();
+        s.textSize = nombreLu(Taille->text());
+        s.textBold = cb_Gras->isChecked();
+        s.textUnderline = CB_Souligne->isChecked();
+        s.textShadow = cb_Ombre->isChecked();
+        s.textHalo = FondTexte(CB_Fond->currentIndex()) == FondTexte::Halo;
+        s.textBox = FondTexte(CB_Fond->currentIndex()) == FondTexte::Cadre;
+        s.textColor = couleurDe(PCouleur);
+        s.textBackColor = couleurDe(PCouleurFond);
+        if (ctx_.crochets.styleEtiquettes)
+            ctx_.crochets.styleEtiquettes(s);
     }
     accept();
 }

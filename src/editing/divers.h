@@ -5,7 +5,7 @@
 // control shows it modally; its buttons act on the plan through the control's context.
 //   Coordonnees  a new text at a point          (mode "Texte", Panel_Texte)
 //   Texte        an existing text                (mode "Texte", Panel_Texte)
-//   Etiquette    a label's text                  (mode "Etiquette", Panel_Texte)
+//   Etiquette    the lettering of plots' labels  (mode "Etiquette", Panel_Texte)
 //   PRotation    turn the selected features      (mode "Rotation", Panel_Rotation)
 //   PRotationNumero  turn the plots' numbers     (mode "RotationNumero", Panel_Rotation)
 //   PTailleNumeroTerrain  every plot number      (Panel_TailleNumeroTerrain)

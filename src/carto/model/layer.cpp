@@ -113,6 +113,11 @@ void Layer::setLabelsVisible(bool v) {
         settingChanged(true);
 }
 
+void Layer::setLabelStyle(const Style& style) {
+    if (!(std::exchange(labels_.style, style) == style))
+        settingChanged(true);
+}
+
 void Layer::setLabelOffset(qint64 fid, Point offset) {
     if (!std::isfinite(offset.x) || !std::isfinite(offset.y))
         throw Erreur(err::GeometrieInvalide, QStringLiteral("Décalage d'étiquette non fini."));

@@ -22,6 +22,7 @@
 #include "carto/model/features.h"
 #include "carto/model/layer_info.h"
 #include "carto/model/spatial_index.h"
+#include "carto/model/style.h"
 
 #include <QHash>
 #include <QString>
@@ -47,6 +48,7 @@ struct LabelSettings {
     const Dataset* dataset = nullptr;
     QString field;
     bool visible = false;
+    Style style = defaultLabelStyle();
     // Labels moved by hand: FID -> offset from the feature's centre, in map units.
     std::map<qint64, Point> offsets;
 };
@@ -84,6 +86,7 @@ public:
     void setLabelDataset(const Dataset* dataset);
     void setLabelField(const QString& field);
     void setLabelsVisible(bool v);
+    void setLabelStyle(const Style& style);
     // Where a moved label sits, as an offset from its feature's centre.
     void setLabelOffset(qint64 fid, Point offset);
     // The column that keyValue() reads and writes; the FID when empty.

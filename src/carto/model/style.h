@@ -67,4 +67,14 @@ struct Style {
     friend bool operator==(const Style&, const Style&) = default;
 };
 
+// How automatic labels are lettered unless told otherwise: 8 points, black on a white
+// halo. A label keeps its size on the page whatever the map's scale: its textSize is in
+// points, not in map units as a text feature's.
+inline Style defaultLabelStyle() {
+    Style s;
+    s.textSize = 8;
+    s.textHalo = true;
+    return s;
+}
+
 } // namespace carto

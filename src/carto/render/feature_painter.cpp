@@ -27,7 +27,8 @@ double heightPerPixel(const QString& family, bool bold) {
 } // namespace
 
 FeaturePainter::FeaturePainter(QPainter& painter, const Viewport& viewport)
-    : painter_(painter), viewport_(viewport), k_(viewport.pixelsPerUnit()) {}
+    : painter_(painter), viewport_(viewport), k_(viewport.pixelsPerUnit()),
+      pixelsPerPoint_(painter.device() ? painter.device()->logicalDpiY() / 72.0 : 96 / 72.0) {}
 
 const RegionPaint& FeaturePainter::regionPaintFor(const Style& style) {
     auto it = regionPaints_.find(&style);
@@ -153,43 +154,54 @@ void FeaturePainter::drawText(Point anchor, const QString& text, const Style& st
         painter_.setPen(QColor(128, 128, 128));
         painter_.drawText(box.translated(d, d), Qt::AlignCenter, text);
     }
-    if (style.textHalo) {
-        QPainterPath path;
-        path.addText(box.left(), box.top() + metrics.ascent(), font, text);
-        QPainterPathStroker stroker;
-        stroker.setWidth(std::max(2.0, heightPx / 6));
-        stroker.setJoinStyle(Qt::RoundJoin);
-        painter_.fillPath(stroker.createStroke(path), toQColor(style.textBackColor));
-        painter_.fillPath(path, toQColor(style.textColor));
-    } else {
-        painter_.setFont(font);
-        painter_.setPen(toQColor(style.textColor));
-        painter_.drawText(box, Qt::AlignCenter, text);
-    }
+    const QPointF baseline(box.left(), box.top() + metrics.ascent());
+    if (style.textHalo)
+        drawHalo(baseline, font, text, std::max(2.0, heightPx / 6), style.textBackColor);
+    painter_.setFont(font);
+    painter_.setPen(toQColor(style.textColor));
+    painter_.drawText(baseline, text);
     painter_.restore();
 }
 
-bool FeaturePainter::drawLabel(Point at, const QString& text) {
-    static const Style labelStyle = [] {
-        Style s;
-        s.textHalo = true;
-        return s;
-    }();
-    thread_local const QFont font = textFont(labelStyle, 11);
+// The halo alone, an outline of the glyphs widened; the glyphs go on top as text, so a
+// PDF keeps them as text.
+void FeaturePainter::drawHalo(QPointF baseline, const QFont& font, const QString& text,
+                              double width, Colour colour) {
+    QPainterPath path;
+    path.addText(baseline, font, text);
+    QPainterPathStroker stroker;
+    stroker.setWidth(width);
+    stroker.setJoinStyle(Qt::RoundJoin);
+    painter_.fillPath(stroker.createStroke(path), toQColor(colour));
+}
+
+bool FeaturePainter::drawLabel(Point at, const QString& text, const Style& style) {
+    const QFont font = textFont(style, std::max(1.0, style.textSize) * pixelsPerPoint_);
     const QPointF p = viewport_.toScreen(at);
     const QFontMetricsF metrics(font);
     const double w = metrics.horizontalAdvance(text);
-    // The halo is part of what must stay clear.
-    const QRectF box(p.x() - w / 2 - 1.5, p.y() - metrics.height() / 2 - 1.5, w + 3,
-                     metrics.height() + 3);
+    // The halo or the box is part of what must stay clear.
+    const double margin = style.textHalo || style.textBox ? 1.5 : 0.5;
+    const QRectF box(p.x() - w / 2 - margin, p.y() - metrics.height() / 2 - margin, w + 2 * margin,
+                     metrics.height() + 2 * margin);
     if (placer_ && !placer_->place(box))
         return false;
-    QPainterPath path;
-    path.addText(p.x() - w / 2, p.y() + metrics.ascent() - metrics.height() / 2, font, text);
-    QPainterPathStroker stroker;
-    stroker.setWidth(3);
-    painter_.fillPath(stroker.createStroke(path), Qt::white);
-    painter_.fillPath(path, Qt::black);
+    const QPointF baseline(p.x() - w / 2, p.y() + metrics.ascent() - metrics.height() / 2);
+    if (style.textBox) {
+        painter_.setPen(toQColor(style.textColor));
+        painter_.setBrush(toQColor(style.textBackColor));
+        painter_.drawRect(box);
+    } else if (style.textHalo) {
+        drawHalo(baseline, font, text, 3, style.textBackColor);
+    }
+    painter_.setFont(font);
+    if (style.textShadow) {
+        const double d = std::max(1.0, metrics.height() / 12);
+        painter_.setPen(QColor(128, 128, 128));
+        painter_.drawText(baseline + QPointF(d, d), text);
+    }
+    painter_.setPen(toQColor(style.textColor));
+    painter_.drawText(baseline, text);
     return true;
 }
 

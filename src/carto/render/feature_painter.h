@@ -23,9 +23,10 @@ public:
     void drawLine(const Parts& lines, const QPen& pen);
     void drawSymbol(Point at, const Style& style);
     void drawText(Point anchor, const QString& text, const Style& style);
-    // An automatic label: small, fixed-size, centred on the point, with a white halo. With
-    // a placer, a label that would overlap a text or another label is not drawn (false).
-    bool drawLabel(Point at, const QString& text);
+    // An automatic label centred on the point, lettered as `style` says at a fixed size on
+    // the page (its textSize in points of the device painted on). With a placer, a label
+    // that would overlap a text or another label is not drawn (false).
+    bool drawLabel(Point at, const QString& text, const Style& style = defaultLabelStyle());
 
     // Texts drawn from now on become obstacles of `placer`, whose labels it then places.
     void setPlacer(LabelPlacer* placer) { placer_ = placer; }
@@ -36,10 +37,13 @@ public:
 private:
     const RegionPaint& regionPaintFor(const Style& style);
     const QPolygonF& screenRing(const Part& ring);
+    void drawHalo(QPointF baseline, const QFont& font, const QString& text, double width,
+                  Colour colour);
 
     QPainter& painter_;
     Viewport viewport_;
     double k_;
+    double pixelsPerPoint_; // of the device painted on
     std::unordered_map<const Style*, RegionPaint> regionPaints_;
     QPolygonF ring_;
     LabelPlacer* placer_ = nullptr;

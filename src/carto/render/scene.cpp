@@ -62,6 +62,8 @@ void collectLayer(const Map& map, const Layer& layer, const Viewport& viewport, 
     const bool labelled =
         layer.autoLabel() && labels.visible && labels.dataset != nullptr && !labels.field.isEmpty();
     const double k = viewport.pixelsPerUnit();
+    if (labelled)
+        out.labelStyle = labels.style;
 
     auto rows = layer.dataInBox(area);
     out.items.reserve(rows.size());
@@ -136,7 +138,7 @@ std::vector<QRectF> paintScene(QPainter& painter, const Scene& scene,
             if (cancelled())
                 return {};
             if (!item.label.isEmpty())
-                fp.drawLabel(item.labelAt, item.label);
+                fp.drawLabel(item.labelAt, item.label, layer.labelStyle);
         }
     return placer.placed();
 }

@@ -27,6 +27,7 @@ struct SceneItem {
 struct SceneLayer {
     std::vector<SceneItem> items;
     RasterImage raster;
+    Style labelStyle; // a copy: the layer's may change while the scene is painted
 };
 
 struct Scene {

@@ -64,3 +64,39 @@ TEST(LabelPlacer, NoTwoNamesOverlapOnTheSamplePlanAtThreeScales) {
                 ASSERT_FALSE(drawn[i].intersects(drawn[j])) << i << " and " << j;
     }
 }
+
+TEST(LabelPlacer, LabelsTakeTheLetteringOfTheirLayer) {
+    PlanFixture plans;
+    Map map;
+    map.loadMapSet(plans.sample(60), MapSetOptions{QStringLiteral("Texte")});
+    Layer& plots = map.requireLayer(u"Tombes");
+    Dataset& ds = map.addDataset(plots);
+    plots.setLabelDataset(&ds);
+    plots.setLabelField(QStringLiteral("Numero"));
+    plots.setAutoLabel(true);
+    plots.setLabelsVisible(true);
+    map.requireLayer(u"Numeros").setVisible(false);
+    Viewport v;
+    v.size = QSize(2400, 1600);
+    v = v.fitting(plots.bounds());
+    // The widest label drawn, in pixels, at a given size in points.
+    const auto largeur = [&](double points) {
+        Style s = defaultLabelStyle();
+        s.textSize = points;
+        plots.setLabelStyle(s);
+        const Scene scene = buildScene(map, v, v.visible(), {});
+        QImage image(v.size, QImage::Format_ARGB32_Premultiplied);
+        image.setDotsPerMeterX(3780); // 96 dpi
+        image.setDotsPerMeterY(3780);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        double w = 0;
+        for (const QRectF& r : paintScene(painter, scene))
+            w = std::max(w, r.width());
+        return w;
+    };
+    const double petite = largeur(8), grande = largeur(16);
+    ASSERT_GT(petite, 0);
+    EXPECT_NEAR(grande / petite, 2, 0.3);
+    EXPECT_EQ(plots.labels().style.textSize, 16);
+}

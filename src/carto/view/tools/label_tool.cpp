@@ -92,6 +92,7 @@ void LabelTool::mousePress(QMouseEvent& e) {
     centre_ = g->feature.centre();
     offset_ = offsetOf(*layer_, fid_);
     text_ = layer_->labels().dataset->value(g->feature, layer_->labels().field).toString();
+    style_ = layer_->labels().style;
 }
 
 void LabelTool::mouseMove(QMouseEvent& e) {
@@ -138,7 +139,7 @@ void LabelTool::paintOverlay(QPainter& painter) const {
     painter.save();
     painter.setPen(rubberBandPen());
     painter.drawLine(v.toScreen(centre_), v.toScreen(at));
-    FeaturePainter(painter, v).drawLabel(at, text_);
+    FeaturePainter(painter, v).drawLabel(at, text_, style_);
     painter.restore();
 }
 

@@ -5,6 +5,7 @@
 // and the map is redrawn. A press and release closer than kDragPixels changes nothing.
 
 #include "carto/geometry/point.h"
+#include "carto/model/style.h"
 #include "carto/view/tools/tool.h"
 
 #include <QPointF>
@@ -39,6 +40,7 @@ private:
     Point centre_; // of the feature
     Point offset_; // of its label when the drag began
     QString text_;
+    Style style_; // of the layer's labels
 };
 
 } // namespace carto
