@@ -37,8 +37,8 @@ TEST(PluginDesigner, DescribesTheControlForTheGeneratedCode) {
     QString classe, nom;
     while (!xml.atEnd() && classe.isEmpty())
         if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == u"widget") {
-            classe = xml.attributes().value(u"class").toString();
-            nom = xml.attributes().value(u"name").toString();
+            classe = xml.attributes().value(QStringLiteral("class")).toString();
+            nom = xml.attributes().value(QStringLiteral("name")).toString();
         }
     EXPECT_FALSE(xml.hasError()) << qPrintable(xml.errorString());
     EXPECT_EQ(classe, p->name());

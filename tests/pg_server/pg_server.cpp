@@ -156,8 +156,9 @@ std::unique_ptr<PgServer> PgServer::start(QString* why) {
 
 bool PgServer::startServer(QString* why) {
     QString out;
+    const int known = port_; // a restart keeps its port, so connection strings stay good
     for (int attempt = 0; attempt < 3; ++attempt) { // a port taken meanwhile: another one
-        port_ = freePort();
+        port_ = known != 0 && attempt == 0 ? known : freePort();
         const QString options =
             QStringLiteral("-p %1 -k %2 -c listen_addresses=127.0.0.1 -c fsync=off "
                            "-c synchronous_commit=off -c full_page_writes=off "
@@ -175,8 +176,8 @@ bool PgServer::startServer(QString* why) {
         }
     }
     QFile log(dir_->filePath(QStringLiteral("server.log")));
-    const QString logText = log.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(log.readAll())
-                                                          : QString();
+    const QString logText =
+        log.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(log.readAll()) : QString();
     *why = QStringLiteral("le serveur n'a pas démarré : %1")
                .arg(lastLine(logText.isEmpty() ? out : logText));
     return false;
