@@ -140,8 +140,8 @@ std::unique_ptr<PgServer> PgServer::start(QString* why) {
     if (!s->startServer(why))
         return nullptr;
     if (!s->sql(QStringLiteral("postgres"),
-                QStringLiteral("CREATE ROLE commis LOGIN PASSWORD 'secret';"
-                               "CREATE DATABASE modele_postgis;"),
+                QStringLiteral("CREATE ROLE commis LOGIN PASSWORD 'secret'"), &out) ||
+        !s->sql(QStringLiteral("postgres"), QStringLiteral("CREATE DATABASE modele_postgis"),
                 &out)) {
         *why = QStringLiteral("le serveur ne répond pas : %1").arg(lastLine(out));
         return nullptr;
@@ -161,7 +161,7 @@ bool PgServer::startServer(QString* why) {
         port_ = known != 0 && attempt == 0 ? known : freePort();
         const QString options =
             QStringLiteral("-p %1 -k %2 -c listen_addresses=127.0.0.1 -c fsync=off "
-                           "-c synchronous_commit=off -c full_page_writes=off "
+                           "-c full_page_writes=off "
                            "-c max_connections=40")
                 .arg(port_)
                 .arg(dir_->path());

@@ -35,7 +35,7 @@ TEST_F(PgTest, ConnectionsThatFailSayWhyAndKeepThePlanOpen) {
     EXPECT_TRUE(personne.description().contains(u"ne répond pas"))
         << qPrintable(personne.description());
 
-    const QString nom = base.section(u"dbname=", 1).section(u' ', 0, 0);
+    const QString nom = base.section(QStringLiteral("dbname="), 1).section(QLatin1Char(' '), 0, 0);
     const veldra::Erreur motDePasse = echecOuverture(
         m, pg->tcpConnection(nom, QStringLiteral("commis"), QStringLiteral("Faux7")));
     EXPECT_TRUE(motDePasse.description().contains(u"mot de passe"))
@@ -113,11 +113,6 @@ TEST_F(PgTest, ATableOfTheWrongGeometryTypeRefusesTheWriteWithAClearMessage) {
     };
     const carto::Feature region = carto::Feature::region({{{1, 1}, {3, 1}, {3, 4}, {1, 4}}});
     EXPECT_TRUE(refus([&] { tombes.addFeature(region); }).contains(u"n'accepte pas"));
-    EXPECT_TRUE(refus([&] {
-                    carto::Feature f = tombes.feature(1);
-                    f.setParts(region.parts());
-                    tombes.updateFeature(f);
-                }).contains(u"n'accepte pas"));
     EXPECT_EQ(tombes.featureCount(), 1);
     EXPECT_EQ(tombes.feature(1).kind(), carto::FeatureKind::Symbol);
 }

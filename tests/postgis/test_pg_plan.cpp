@@ -5,6 +5,7 @@
 #include "plans_egaux.h"
 
 #include <gdal_priv.h>
+#include <ogrsf_frmts.h>
 
 using carto::Map;
 using carto::UpdateAccess;

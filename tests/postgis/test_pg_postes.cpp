@@ -10,6 +10,7 @@
 #include <QProcess>
 #include <QThread>
 #include <gdal_priv.h>
+#include <ogrsf_frmts.h>
 
 using carto::Map;
 using carto::UpdateAccess;
@@ -48,8 +49,11 @@ TEST_F(PgTest, AnotherClerksLockGivesAClearMessageAndTheBracketRollsBack) {
         GDALDataset::Open(base.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
     ASSERT_NE(autre, nullptr);
     ASSERT_EQ(autre->StartTransaction(), OGRERR_NONE);
-    autre->ReleaseResultSet(
-        autre->ExecuteSQL("SELECT fid FROM \"Tombes\" WHERE fid = 5 FOR UPDATE", nullptr, nullptr));
+    OGRLayer* verrou =
+        autre->ExecuteSQL("SELECT fid FROM \"Tombes\" WHERE fid = 5 FOR UPDATE", nullptr, nullptr);
+    ASSERT_NE(verrou, nullptr);
+    OGRFeatureUniquePtr(verrou->GetNextFeature()); // the row is locked once read
+    autre->ReleaseResultSet(verrou);
 
     QElapsedTimer chrono;
     chrono.start();
