@@ -30,8 +30,8 @@ public:
 
     // A new, empty database (with PostGIS unless `postgis` is false); its name.
     QString createDatabase(bool postgis = true);
-    // Runs SQL statements through psql in `database`, in one transaction; false (and `output` holds psql's
-    // message) when one fails.
+    // Runs SQL statements through psql in `database`, in one transaction; false (and
+    // `output` holds psql's message) when one fails.
     bool sql(const QString& database, const QString& statements, QString* output = nullptr) const;
 
     // Kills the server at once, as a crash would, and starts it again.

@@ -131,16 +131,24 @@ bool BatchedUpdates::flushLayer(GDALDataset& ds, Held& held, QString* why) {
     const QString geomColumn = QString::fromUtf8(layer.GetGeometryColumn());
     const QString table = database::quotedName(QString::fromUtf8(layer.GetName()));
 
+    // A column is written when every row sets it and left alone when none does, as
+    // SetFeature does; rows that disagree, or a column of a kind this writer does not
+    // cast, go feature by feature.
     std::vector<int> columns;
     QStringList types;
     bool batchable = !fidColumn.isEmpty();
     for (int i = 0; i < defn.GetFieldCount() && batchable; ++i) {
+        std::size_t set = 0;
+        for (const auto& [fid, feature] : held.rows)
+            set += feature->IsFieldSet(i) ? 1 : 0;
+        if (set == 0)
+            continue;
         const QString type = sqlType(*defn.GetFieldDefn(i));
-        batchable = !type.isEmpty();
+        batchable = !type.isEmpty() && set == held.rows.size();
         columns.push_back(i);
         types << type;
     }
-    if (!batchable) { // a column of a kind this writer does not cast: one statement each
+    if (!batchable) {
         for (auto& [fid, feature] : held.rows)
             if (layer.SetFeature(feature.get()) != OGRERR_NONE) {
                 *why = lastError();
