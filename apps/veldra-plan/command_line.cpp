@@ -1,7 +1,9 @@
 #include "veldra-plan/command_line.h"
 
+#include "base/erreur.h"
 #include "veldra-plan/cursors.h"
 #include "veldra-plan/empty_plan.h"
+#include "veldra-plan/plan_copy.h"
 #include "veldra-plan/symbol_library.h"
 
 #include <optional>
@@ -55,6 +57,35 @@ std::variant<Command, QString> parseGenerate(const QStringList& args) {
     return c;
 }
 
+std::variant<Command, QString> parseImport(const QStringList& args) {
+    Command c;
+    c.kind = Command::Kind::Import;
+    QStringList positional;
+    try {
+        for (qsizetype i = 1; i < args.size(); ++i) {
+            const QString& a = args[i];
+            if (a == QLatin1String("--map") || a == QLatin1String("--field")) {
+                if (i + 1 >= args.size())
+                    return QStringLiteral("valeur manquante après %1").arg(a);
+                auto pairs = parsePairs(args[++i], a);
+                auto& into = a == QLatin1String("--map") ? c.import.layers : c.import.fields;
+                into.insert(into.end(), pairs.begin(), pairs.end());
+            } else if (a.startsWith(QLatin1String("--"))) {
+                return QStringLiteral("option inconnue : %1").arg(a);
+            } else {
+                positional << a;
+            }
+        }
+    } catch (const Erreur& e) {
+        return e.description();
+    }
+    if (positional.size() != 2)
+        return wrongCount(args.first());
+    c.import.source = positional[0];
+    c.import.destination = positional[1];
+    return c;
+}
+
 } // namespace
 
 std::variant<Command, QString> parseCommandLine(const QStringList& args) {
@@ -83,6 +114,16 @@ std::variant<Command, QString> parseCommandLine(const QStringList& args) {
     }
     if (verb == QLatin1String("generate"))
         return parseGenerate(args);
+    if (verb == QLatin1String("copy")) {
+        if (args.size() != 3)
+            return wrongCount(verb);
+        c.kind = Command::Kind::Copy;
+        c.source = args[1];
+        c.destination = args[2];
+        return c;
+    }
+    if (verb == QLatin1String("import"))
+        return parseImport(args);
     return QStringLiteral("commande inconnue : %1").arg(verb);
 }
 
@@ -98,7 +139,16 @@ QString usage() {
         "  veldra-plan library DOSSIER\n"
         "      écrit la bibliothèque de symboles DOSSIER/Bibli/Bibli.gst\n"
         "  veldra-plan resources DOSSIER\n"
-        "      écrit ce que le dossier du contrôle contient : curseurs et bibliothèque\n");
+        "      écrit ce que le dossier du contrôle contient : curseurs et bibliothèque\n"
+        "  veldra-plan copy SOURCE DESTINATION\n"
+        "      copie un plan entre un fichier .gpkg et une base PostGIS (PG:...), dans les\n"
+        "      deux sens, sans rien perdre ; jamais par-dessus un plan existant\n"
+        "  veldra-plan import SOURCE DESTINATION.gpkg [--map Tombes=COUCHE,...]\n"
+        "                                             [--field Numero=COLONNE,...]\n"
+        "      importe un plan MapInfo, Shapefile, DXF, GeoJSON... (toute source OGR) :\n"
+        "      couches du plan prises par leur nom ou par --map, colonnes par leur nom ou\n"
+        "      par --field (Tombes.Numero=NUM pour une seule couche), géométries vérifiées\n"
+        "      et réparées, enceinte tracée si elle manque ; affiche un résumé\n");
 }
 
 QString runCommand(const Command& command) {
@@ -111,6 +161,10 @@ QString runCommand(const Command& command) {
         return buildSymbolLibrary(command.folder);
     case Command::Kind::Resources:
         return writeControlResources(command.folder);
+    case Command::Kind::Copy:
+        return copyPlan(command.source, command.destination).summary();
+    case Command::Kind::Import:
+        return importPlan(command.import).summary();
     case Command::Kind::Help:
         break;
     }

@@ -1,6 +1,7 @@
-// veldra-plan: writes empty plans, sample plans and the symbol library (see command_line.h).
-// Prints the path written; on failure the message on stderr and exit status 1; on bad
-// arguments the usage and exit status 2.
+// veldra-plan: writes empty plans, sample plans and the symbol library, copies and imports
+// plans (see command_line.h).
+// Prints the path written (copy and import: their summary); on failure the message on stderr and
+// exit status 1; on bad arguments the usage and exit status 2.
 
 #include "base/erreur.h"
 #include "veldra-plan/command_line.h"

@@ -42,11 +42,16 @@ const TableDef& libraryLayer() {
 }
 
 void writeLayerOrder(GDALDataset& ds, const std::vector<LayerOrderEntry>& order) {
+    Transaction tx(ds);
+    writeLayerOrderRows(ds, order);
+    tx.commit();
+}
+
+void writeLayerOrderRows(GDALDataset& ds, const std::vector<LayerOrderEntry>& order) {
     const auto quoted = [](const QString& s) {
         return QLatin1Char('\'') + QString(s).replace(QLatin1Char('\''), QStringLiteral("''")) +
                QLatin1Char('\'');
     };
-    Transaction tx(ds);
     executeSql(ds, QStringLiteral("CREATE TABLE %1(position INTEGER PRIMARY KEY, "
                                   "layer_name TEXT NOT NULL, source TEXT)")
                        .arg(QLatin1String(LayerOrderTable)));
@@ -59,7 +64,6 @@ void writeLayerOrder(GDALDataset& ds, const std::vector<LayerOrderEntry>& order)
                            .arg(quoted(e.layer),
                                 e.source.isEmpty() ? QStringLiteral("NULL") : quoted(e.source)));
     }
-    tx.commit();
 }
 
 std::vector<LayerOrderEntry> planLayerOrder(const QString& rasterFile) {

@@ -47,8 +47,11 @@ struct LayerOrderEntry {
     QString source; // empty: a table of the GeoPackage itself
 };
 
-// Creates mapset_layers (unregistered in gpkg_contents) and fills it, positions from 1.
+// Creates mapset_layers (unregistered in gpkg_contents) and fills it, positions from 1,
+// in a transaction of its own.
 void writeLayerOrder(GDALDataset& ds, const std::vector<LayerOrderEntry>& order);
+// The same inside a transaction the caller holds (a database copied in one transaction).
+void writeLayerOrderRows(GDALDataset& ds, const std::vector<LayerOrderEntry>& order);
 
 // The order of a plan: the raster first when there is one, then planLayers().
 std::vector<LayerOrderEntry> planLayerOrder(const QString& rasterFile);

@@ -19,7 +19,9 @@ namespace veldra {
 
 class Veldra : public QWidget, public VariablesPubliques {
     Q_OBJECT
-    Q_PROPERTY(bool FontMax READ FontMax WRITE setFontMax)
+    // Qt Designer shows the design-time properties (RepCurseurs, RepFicAnalyse) and the
+    // options beyond the original; the others belong to the running host.
+    Q_PROPERTY(bool FontMax READ FontMax WRITE setFontMax DESIGNABLE false)
     // Beyond the original, off by default: undo and redo of the user's edits.
     Q_PROPERTY(bool Annulation READ Annulation WRITE setAnnulation)
     // Beyond the original, off by default: the analysis lists and marks its faults and
@@ -32,11 +34,12 @@ class Veldra : public QWidget, public VariablesPubliques {
     Q_PROPERTY(bool ImpressionPapier READ ImpressionPapier WRITE setImpressionPapier)
     // Beyond the original, off by default: the localisation image is "ImageL.png".
     Q_PROPERTY(bool ImageLocalisationPng READ ImageLocalisationPng WRITE setImageLocalisationPng)
-    Q_PROPERTY(QString Repertoire_Export READ Repertoire_Export WRITE setRepertoire_Export)
+    Q_PROPERTY(QString Repertoire_Export READ Repertoire_Export WRITE setRepertoire_Export
+                   DESIGNABLE false)
     Q_PROPERTY(QString RepCurseurs READ RepCurseurs WRITE setRepCurseurs)
     Q_PROPERTY(QString RepFicAnalyse READ RepFicAnalyse WRITE setRepFicAnalyse)
-    Q_PROPERTY(QString ImageLocalisationTerminee READ ImageLocalisationTerminee)
-    Q_PROPERTY(qint32 GetNbEltsMemorises READ GetNbEltsMemorises)
+    Q_PROPERTY(QString ImageLocalisationTerminee READ ImageLocalisationTerminee DESIGNABLE false)
+    Q_PROPERTY(qint32 GetNbEltsMemorises READ GetNbEltsMemorises DESIGNABLE false)
 
 public:
     explicit Veldra(QWidget* parent = nullptr);

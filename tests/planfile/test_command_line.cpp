@@ -37,6 +37,30 @@ Outcome run(const QStringList& args) {
 
 } // namespace
 
+TEST(CommandLine, ReadsCopyAndImportWithTheirMappings) {
+    const Command copie = parsed(
+        {QStringLiteral("copy"), QStringLiteral("a.gpkg"), QStringLiteral("PG:dbname=plan")});
+    EXPECT_EQ(copie.kind, Command::Kind::Copy);
+    EXPECT_EQ(copie.destination, "PG:dbname=plan");
+    const Command import =
+        parsed({QStringLiteral("import"), QStringLiteral("sig"), QStringLiteral("Plan.gpkg"),
+                QStringLiteral("--map"), QStringLiteral("Tombes=PARCELLES,Sections=SECT"),
+                QStringLiteral("--field"), QStringLiteral("Numero=NUM"), QStringLiteral("--field"),
+                QStringLiteral("Tombes.Nom=FAMILLE")});
+    EXPECT_EQ(import.kind, Command::Kind::Import);
+    ASSERT_EQ(import.import.layers.size(), 2u);
+    EXPECT_EQ(import.import.layers[1].second, "SECT");
+    ASSERT_EQ(import.import.fields.size(), 2u);
+    EXPECT_EQ(import.import.fields[1].first, "Tombes.Nom");
+    for (const QStringList& faux :
+         {QStringList{QStringLiteral("import"), QStringLiteral("a"), QStringLiteral("b.gpkg"),
+                      QStringLiteral("--map"), QStringLiteral("Tombes")},
+          QStringList{QStringLiteral("import"), QStringLiteral("a"), QStringLiteral("--map")},
+          QStringList{QStringLiteral("copy"), QStringLiteral("a")}})
+        EXPECT_TRUE(std::holds_alternative<QString>(parseCommandLine(faux)))
+            << qPrintable(faux.join(u' '));
+}
+
 TEST(CommandLine, ReadsEachCommand) {
     Command c = parsed({"create", "/d", "Plan"});
     EXPECT_EQ(c.kind, Command::Kind::Create);

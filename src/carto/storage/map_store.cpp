@@ -4,6 +4,7 @@
 #include "carto/geometry/geometry.h"
 #include "carto/geometry/rings.h"
 #include "carto/model/conform.h"
+#include "carto/storage/database.h"
 #include "carto/storage/gdal_handles.h"
 #include "carto/storage/style_string.h"
 
@@ -58,6 +59,46 @@ bool lockedByAnother(const QString& why) {
                                     "modifié. Réessayez quand il l'aura libéré."));
     throw Erreur(err::EcritureImpossible,
                  QStringLiteral("Écriture impossible dans la couche « %1 » : %2").arg(layer, why));
+}
+
+[[noreturn]] void databaseWriteFailed(const QString& layer, const QString& why) {
+    switch (database::classify(why)) {
+    case database::Failure::Busy:
+        throw Erreur(err::PlanOccupe,
+                     QStringLiteral("Le plan est en cours de modification sur un autre poste : "
+                                    "rien n'a été modifié. Réessayez dans un instant."));
+    case database::Failure::Vanished:
+        throw Erreur(err::PlanOccupe,
+                     QStringLiteral("Un élément de la couche « %1 » a été supprimé sur un autre "
+                                    "poste : rien n'a été modifié. Rouvrez le plan.")
+                         .arg(layer));
+    case database::Failure::ConnectionLost:
+        throw Erreur(err::EcritureImpossible,
+                     QStringLiteral("La connexion à la base de données est perdue : la mise à "
+                                    "jour n'a pas été enregistrée."));
+    case database::Failure::WrongGeometryType:
+        throw Erreur(err::EcritureImpossible,
+                     QStringLiteral("La table « %1 » de la base n'accepte pas cette sorte de "
+                                    "géométrie : rien n'a été modifié.")
+                         .arg(layer));
+    case database::Failure::Other:
+        break;
+    }
+    throw Erreur(err::EcritureImpossible,
+                 QStringLiteral("Écriture impossible dans la couche « %1 » : %2").arg(layer, why));
+}
+
+// A database connection's settings: how long a write waits for another clerk's lock
+// before giving up, and text literals as the batched updates write them.
+void prepareSession(GDALDataset& ds, const QString& shown) {
+    CPLErrorReset();
+    const bool postgis = gdal::executeSql(ds, "SELECT postgis_version()") != nullptr &&
+                         CPLGetLastErrorType() < CE_Failure;
+    if (!postgis)
+        unreadable(shown, QStringLiteral("cette base de données n'a pas l'extension PostGIS"));
+    gdal::executeSql(ds, "SET lock_timeout = '1500ms'");
+    gdal::executeSql(ds, "SET standard_conforming_strings = on");
+    CPLErrorReset();
 }
 
 FieldType typeOf(OGRFieldType t) {
@@ -239,12 +280,17 @@ std::unique_ptr<MapStore> MapStore::open(const QString& pathOrConnection) {
     GDALAllRegister();
     const gdal::QuietErrors quiet;
     CPLErrorReset();
-    const bool isFile = !pathOrConnection.contains(u':') || QFileInfo::exists(pathOrConnection);
+    const bool db = database::isPostgres(pathOrConnection);
+    const QString shown = db ? database::shownSource(pathOrConnection) : pathOrConnection;
+    const bool isFile =
+        !db && (!pathOrConnection.contains(u':') || QFileInfo::exists(pathOrConnection));
     if (isFile && !QFileInfo(pathOrConnection).isFile())
         unreadable(pathOrConnection, QStringLiteral("fichier introuvable"));
     std::unique_ptr<GDALDataset, DatasetCloser> ds(
         GDALDataset::Open(pathOrConnection.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE,
                           nullptr, nullptr, nullptr));
+    if (!ds && db)
+        unreadable(shown, database::connectionFailure(QString::fromUtf8(CPLGetLastErrorMsg())));
     if (!ds) // GDAL says nothing of a file it does not recognise
         unreadable(pathOrConnection, CPLGetLastErrorMsg()[0] == '\0'
                                          ? QStringLiteral("ce fichier n'est pas un plan")
@@ -256,8 +302,11 @@ std::unique_ptr<MapStore> MapStore::open(const QString& pathOrConnection) {
         gdal::executeSql(*ds, kJournalOuvert);
         gdal::executeSql(*ds, kSynchronisation);
     }
+    if (db)
+        prepareSession(*ds, shown);
     std::unique_ptr<MapStore> store(new MapStore(pathOrConnection, std::move(ds)));
     store->wal_ = geopackage;
+    store->database_ = db;
     GDALDataset& d = *store->ds_;
 
     const QString folder = isFile ? QFileInfo(pathOrConnection).absolutePath() : QString();
@@ -281,7 +330,7 @@ std::unique_ptr<MapStore> MapStore::open(const QString& pathOrConnection) {
             store->layers_.push_back({QString::fromUtf8(d.GetLayer(i)->GetName()), {}});
     }
     if (store->layers_.empty())
-        unreadable(pathOrConnection, QStringLiteral("aucune couche"));
+        unreadable(shown, QStringLiteral("aucune couche"));
     return store;
 }
 
@@ -377,7 +426,7 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
         rows.emplace_back(f->GetFID(), std::move(data));
     }
     if (CPLGetLastErrorType() >= CE_Failure && rows.empty() && layer->GetFeatureCount() > 0)
-        unreadable(source_, lastGdalError());
+        unreadable(database_ ? database::shownSource(source_) : source_, lastGdalError());
     return read;
 }
 
@@ -407,6 +456,10 @@ qint64 MapStore::writeFeature(const QString& name, qint64 fid, const FeatureData
                                    ? QString::fromUtf8(defn->GetFieldDefn(textIndex)->GetNameRef())
                                    : QString())
                        .constData());
+    if (!create && database_ && depth_ > 0) {
+        held_.hold(*layer, OgrFeaturePtr(f.Clone()));
+        return fid;
+    }
     const OGRErr e = create ? layer->CreateFeature(&f) : layer->SetFeature(&f);
     if (e != OGRERR_NONE)
         failWrite(name);
@@ -425,7 +478,10 @@ void MapStore::update(const QString& layer, qint64 fid, const FeatureData& data,
 
 void MapStore::remove(const QString& name, qint64 fid) {
     const gdal::QuietErrors quiet;
-    if (ogrLayer(name)->DeleteFeature(fid) != OGRERR_NONE)
+    CPLErrorReset();
+    OGRLayer* layer = ogrLayer(name);
+    held_.forget(*layer, fid);
+    if (layer->DeleteFeature(fid) != OGRERR_NONE)
         failWrite(name);
 }
 
@@ -443,7 +499,12 @@ bool MapStore::locked() const {
 }
 
 void MapStore::failWrite(const QString& layer) const {
-    const QString why = lastGdalError();
+    failWrite(layer, lastGdalError());
+}
+
+void MapStore::failWrite(const QString& layer, const QString& why) const {
+    if (database_)
+        databaseWriteFailed(database::shownSource(layer), why);
     writeFailed(layer, why, lockedByAnother(why) || locked());
 }
 
@@ -462,10 +523,15 @@ void MapStore::commit() {
         throw Erreur(err::AccesIncorrect, QStringLiteral("Aucune transaction en cours."));
     if (--depth_ == 0) {
         const gdal::QuietErrors quiet;
+        QString why, layer = source_;
+        if (!held_.empty() && !held_.flush(*ds_, &why, &layer)) {
+            ds_->RollbackTransaction();
+            failWrite(layer, why);
+        }
         if (ds_->CommitTransaction() != OGRERR_NONE) {
-            const QString why = lastGdalError();
+            why = lastGdalError();
             ds_->RollbackTransaction(); // nothing of the transaction is kept
-            writeFailed(source_, why, lockedByAnother(why) || locked());
+            failWrite(source_, why);
         }
     }
 }
@@ -474,6 +540,7 @@ void MapStore::rollback() {
     if (depth_ == 0)
         return;
     depth_ = 0;
+    held_.clear();
     const gdal::QuietErrors quiet;
     ds_->RollbackTransaction();
 }

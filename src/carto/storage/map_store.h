@@ -1,14 +1,19 @@
 #pragma once
 // Storage of a map set through GDAL/OGR: a GeoPackage whose vector tables are the layers
-// (any OGR source, a PG: connection string for instance, opens the same way). The drawing
+// (any OGR source opens the same way; a PG: connection string opens a PostgreSQL + PostGIS
+// database holding the same tables, see database.h). The drawing
 // order is the table mapset_layers(position, layer_name, source) when present, else the
 // order of the source's layers. Styles are OGR style strings in the column OGR_STYLE.
 // Writes are grouped in transactions: begin() / commit() nest, and only the outermost
 // pair reaches the database, so an interrupted bracket leaves the map set as it was
-// before it.
+// before it. In a database each outermost pair is a transaction of the server: rows a
+// transaction writes stay locked until it ends, another clerk's writes to them wait a
+// moment and then give up with a clear message (PlanOccupe), and updates are sent in
+// batches at commit (batched_updates.h).
 
 #include "carto/model/feature_data.h"
 #include "carto/model/layer_info.h"
+#include "carto/storage/batched_updates.h"
 
 #include <QString>
 #include <memory>
@@ -40,13 +45,15 @@ public:
         int unreadable = 0;
     };
 
-    // Erreur (PlanIllisible) for a missing, foreign or damaged source.
+    // Erreur (PlanIllisible) for a missing, foreign or damaged source, a database that
+    // cannot be reached or has no PostGIS; its message never shows a password.
     static std::unique_ptr<MapStore> open(const QString& pathOrConnection);
     ~MapStore();
     MapStore(const MapStore&) = delete;
     MapStore& operator=(const MapStore&) = delete;
 
     const QString& source() const { return source_; }
+    bool isDatabase() const { return database_; }
     const std::vector<LayerEntry>& layers() const { return layers_; }
     FieldList fields(const QString& layer) const;
     Read readFeatures(const QString& layer, const FieldList& fields,
@@ -74,6 +81,7 @@ private:
     // True when another program holds the plan's lock; a write that failed says why.
     bool locked() const;
     [[noreturn]] void failWrite(const QString& layer) const;
+    [[noreturn]] void failWrite(const QString& layer, const QString& why) const;
     qint64 writeFeature(const QString& layer, qint64 fid, const FeatureData& data,
                         const FieldList& fields, const QString& textField, bool create);
 
@@ -82,6 +90,8 @@ private:
     std::vector<LayerEntry> layers_;
     int depth_ = 0;
     bool wal_ = false; // a GeoPackage written through its write-ahead log while open
+    bool database_ = false;
+    BatchedUpdates held_; // a database's updates, sent at commit
 };
 
 } // namespace carto
