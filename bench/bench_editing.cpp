@@ -6,6 +6,7 @@
 #include "carto/model/update_access.h"
 #include "control/veldra.h"
 #include "editing/menu_contextuel.h"
+#include "edition_fixture.h"
 
 #include <QAction>
 #include <QApplication>
@@ -20,28 +21,6 @@
 #include <ogrsf_frmts.h>
 
 namespace {
-
-struct Edition {
-    veldra::Veldra c;
-    explicit Edition(const QString& plan, const QString& calque) {
-        c.resize(1200, 800);
-        QString chemin = plan, nom = QStringLiteral("Banc d'essai");
-        bool nouveau = false, droit = true;
-        c.OuvreCimetiere(chemin, nouveau, nom, droit);
-        c.findChild<QCheckBox*>(QStringLiteral("CB_ModeEdition"))->click();
-        auto* combo = c.findChild<QComboBox*>(QStringLiteral("Combo_Calque"));
-        const int i = combo->findText(calque);
-        combo->setCurrentIndex(i);
-        emit combo->activated(i);
-    }
-    // The first n plots, selected.
-    void choisitTerrains(int n) {
-        carto::Layer& t = *c.Calque_Tombe;
-        const carto::Features toutes = t.allFeatures();
-        std::vector<qint64> fids(toutes.fids().begin(), toutes.fids().begin() + n);
-        t.selectOnly(carto::Features(&t, fids));
-    }
-};
 
 // A rectangle over the bottom edge of the i-th section, reaching into the path below it.
 carto::Rect chevauchant(const carto::Layer& sections, int i) {

@@ -16,6 +16,11 @@
 
 namespace veldra::demo {
 
+int PrompterBandeau::message(const QString& texte, int, const QString& titre) {
+    f_.signale(titre.isEmpty() ? texte : QStringLiteral("%1 — %2").arg(titre, texte));
+    return reponse::Ok;
+}
+
 Album::Album(FenetrePrincipale& fenetre, const QString& dossier)
     : fenetre_(fenetre), dossier_(dossier) {}
 
@@ -58,6 +63,13 @@ void glisse(carto::MapView& carte, carto::Point de, carto::Point a) {
 void clique(carto::MapView& carte, carto::Point p) {
     souris(carte, QEvent::MouseButtonPress, p);
     souris(carte, QEvent::MouseButtonRelease, p);
+}
+
+void survole(carto::MapView& carte, carto::Point p) {
+    const QPointF ecran = carte.toScreen(p);
+    QMouseEvent e(QEvent::MouseMove, ecran, carte.mapToGlobal(ecran), Qt::NoButton, Qt::NoButton,
+                  Qt::NoModifier);
+    QCoreApplication::sendEvent(&carte, &e);
 }
 
 void polygone(carto::MapView& carte, const std::vector<carto::Point>& coins) {

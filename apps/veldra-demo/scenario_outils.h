@@ -4,6 +4,7 @@
 
 #include "base/erreur.h"
 #include "carto/geometry/point.h"
+#include "context/prompter.h"
 
 #include <QDialog>
 #include <QDir>
@@ -55,6 +56,16 @@ private:
     QStringList images_;
 };
 
+// The control's messages in the window's banner, so that a picture shows them.
+class PrompterBandeau : public Prompter {
+public:
+    explicit PrompterBandeau(FenetrePrincipale& f) : f_(f) {}
+    int message(const QString& texte, int boutons, const QString& titre) override;
+
+private:
+    FenetrePrincipale& f_;
+};
+
 // The child widget named `nom`; Erreur when the scenario does not find it.
 template <typename T> T* enfant(QWidget& w, const char* nom) {
     T* trouve = w.findChild<T*>(QString::fromLatin1(nom));
@@ -71,6 +82,8 @@ void souris(carto::MapView& carte, QEvent::Type type, carto::Point p,
             Qt::MouseButton bouton = Qt::LeftButton);
 void glisse(carto::MapView& carte, carto::Point de, carto::Point a);
 void clique(carto::MapView& carte, carto::Point p);
+// The pointer over `p` with no button held, as between two corners of a drawing.
+void survole(carto::MapView& carte, carto::Point p);
 // A polygon drawn corner by corner, closed by a double click on the last corner.
 void polygone(carto::MapView& carte, const std::vector<carto::Point>& coins);
 // A key pressed on the map, as the clerk's keyboard sends it.

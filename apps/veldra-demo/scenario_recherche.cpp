@@ -21,19 +21,6 @@ namespace veldra::demo {
 
 namespace {
 
-// The control's messages in the window's banner, so that a picture shows them.
-class PrompterBandeau : public Prompter {
-public:
-    explicit PrompterBandeau(FenetrePrincipale& f) : f_(f) {}
-    int message(const QString& texte, int, const QString& titre) override {
-        f_.signale(titre.isEmpty() ? texte : QStringLiteral("%1 — %2").arg(titre, texte));
-        return reponse::Ok;
-    }
-
-private:
-    FenetrePrincipale& f_;
-};
-
 // The number box as a clerk fills it: typed, then left (it turns upper case).
 void tape(const Surface& s, const QString& section, const QString& numero) {
     s.Combo_section->setCurrentIndex(s.Combo_section->findText(section));

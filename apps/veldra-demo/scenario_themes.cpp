@@ -96,7 +96,7 @@ std::vector<Etape> themes(FenetrePrincipale& f, Album& album) {
          },
          false},
         {QStringLiteral("photo-liee"), taille,
-         [&c, &s, &album, sans, avec, autour, selectionne, taille] {
+         [&c, &s, &album, sans, avec, selectionne, taille] {
              if (!s.CB_ModeEdition->isChecked())
                  s.CB_ModeEdition->click();
              selectionne(sans);

@@ -185,7 +185,7 @@ void Divers::Coordonnees(double X1, double Y1, double, double) {
     if (ctx_.etat.styleTexte)
         s = *ctx_.etat.styleTexte;
     else if (ctx_.v.Calque_Texte && ctx_.v.Calque_Texte->featureCount() > 0)
-        s = ctx_.v.Calque_Texte->allFeatures().at(0).style();
+        s = ctx_.v.Calque_Texte->firstFeature().style();
     const SaisieTexte e = saisieDe(carto::Feature::textAt(point_, QString(), s));
     Text->clear();
     Taille->setText(nombreSimple(e.taille));
@@ -257,7 +257,7 @@ void Divers::PTailleNumeroTerrain() {
     setWindowTitle(QStringLiteral("Numéros des emplacements"));
     // The lettering of the plan's first number, to start from.
     if (ctx_.v.Calque_Numero && ctx_.v.Calque_Numero->featureCount() > 0) {
-        const carto::Style s = ctx_.v.Calque_Numero->allFeatures().at(0).style();
+        const carto::Style s = ctx_.v.Calque_Numero->firstFeature().style();
         T_Taille->setText(nombreSimple(s.textSize));
         CB_NumeroGras->setChecked(s.textBold);
         setCouleur(P_CouleurNumero, s.textColor);

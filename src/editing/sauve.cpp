@@ -125,7 +125,7 @@ void sauveTerrain(Contexte& ctx, const carto::Feature& fSel) {
         if (!saisie.trimmed().isEmpty())
             ajuste(l, t, terrain, true);
     } else {
-        l.style = numeros.allFeatures().at(0).style();
+        l.style = numeros.firstFeature().style();
         l.style.textRotation = -angle;
         l.ancre = {(t.xmin + t.xmax) / 2, (t.ymin + t.ymax) / 2};
         if (ctx.etat.fontMax) {

@@ -53,6 +53,13 @@ Features Layer::allFeatures() const {
     return Features(this, std::move(fids));
 }
 
+Feature Layer::firstFeature() const {
+    if (features_.empty())
+        return {};
+    const auto& [fid, data] = *features_.begin();
+    return Feature(this, fid, data);
+}
+
 bool Layer::hasFeature(qint64 fid) const {
     return features_.contains(fid);
 }

@@ -109,6 +109,7 @@ public:
     int featureCount() const { return int(features_.size()); }
     Rect bounds() const; // of all features, from the R-tree
     Features allFeatures() const;
+    Feature firstFeature() const; // the lowest FID's; invalid when the layer is empty
     // Every feature in FID order, without looking each one up again.
     template <typename F> void forEachFeature(F&& f) const {
         for (const auto& [fid, data] : features_)
