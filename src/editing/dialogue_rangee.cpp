@@ -1,6 +1,7 @@
 #include "editing/dialogue_rangee.h"
 
 #include "context/nombres.h"
+#include "context/widget_nomme.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -14,12 +15,6 @@
 namespace veldra {
 
 namespace {
-
-template <typename T> T* cree(QWidget* parent, const char* nom) {
-    auto* w = new T(parent);
-    w->setObjectName(QString::fromLatin1(nom));
-    return w;
-}
 
 // A whole number, or -1 for one no row could bear.
 qint64 entier(const QString& texte) {

@@ -6,6 +6,7 @@
 #include "context/filtre_numerique.h"
 #include "context/garde.h"
 #include "context/nombres.h"
+#include "context/widget_nomme.h"
 #include "editing/rotation.h"
 #include "editing/texte_libre.h"
 
@@ -24,12 +25,6 @@
 namespace veldra {
 
 namespace {
-
-template <typename T> T* cree(QWidget* parent, const char* nom) {
-    auto* w = new T(parent);
-    w->setObjectName(QString::fromLatin1(nom));
-    return w;
-}
 
 QPushButton* bouton(QWidget* parent, const char* nom, const QString& texte) {
     auto* b = cree<QPushButton>(parent, nom);

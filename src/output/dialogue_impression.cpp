@@ -1,5 +1,7 @@
 #include "output/dialogue_impression.h"
 
+#include "context/widget_nomme.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QEvent>
@@ -16,12 +18,6 @@
 namespace veldra {
 
 namespace {
-
-template <typename T> T* cree(QWidget* parent, const char* nom) {
-    auto* w = new T(parent);
-    w->setObjectName(QString::fromLatin1(nom));
-    return w;
-}
 
 QLabel* libelle(QWidget* parent, const char* nom, const QString& texte) {
     auto* l = cree<QLabel>(parent, nom);
