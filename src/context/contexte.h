@@ -90,6 +90,13 @@ struct EtatBibliotheque {
     qint64 element = -1;            // the element on show, -1 for none
 };
 
+// The ruler guides: where the clerk dropped them (control coordinates), and the last one
+// the pointer went over ("H" or "V").
+struct EtatReperes {
+    std::optional<int> yH, xV;
+    QString survole;
+};
+
 struct EtatControle {
     carto::Layer* calquePrecedent = nullptr;
     bool droitEdition = false;
@@ -125,6 +132,7 @@ struct EtatControle {
     QString repertoireExport;
     QString imageLocalisationTerminee;
     EtatBibliotheque bibliotheque;
+    EtatReperes reperes;
     // Beyond the original, off by default: the print dialog also prints on paper and
     // writes PDF files; the localisation image is written as PNG instead of JPEG.
     bool impressionPapier = false;

@@ -74,9 +74,11 @@ void dispose(Contexte& ctx) {
     s.Btn_Pref->move(droiteGroupe - s.Btn_Pref->width() - px(105),
                      (haut - s.Btn_Pref->height()) / 2);
     const int echelleG = s.Btn_Pref->x() - px(1755);
-    // The scale's caption and value share one line, above L_echelle2.
-    s.Echelle->setGeometry(echelleG - libelle + px(560), 0, libelle, haut - px(150));
-    s.L_echelle->setGeometry(echelleG + px(560) + px(30), 0, px(1100), haut - px(150));
+    // The scale's drop-down, value and refresh button share one line, above L_echelle2.
+    s.Echelle->setGeometry(echelleG - libelle + px(560), px(120), libelle, haut - px(390));
+    const int valeurG = echelleG + px(560) + px(30);
+    s.L_echelle->setGeometry(valeurG, px(120), px(700), haut - px(390));
+    s.b_rafraichir->setGeometry(valeurG + px(700) + px(15), px(120), px(420), haut - px(390));
     s.L_echelle2->setGeometry(echelleG + px(560) + px(30), haut - px(150), px(1100), px(150));
     const int place = std::max(0, s.Echelle->x() - px(300) - nomG);
     s.L_NomCimetiere->setGeometry(nomG, 0, place, haut);
@@ -88,8 +90,10 @@ void dispose(Contexte& ctx) {
                         carte.top() + (carte.height() - s.Panel_Jauge->height()) / 2);
 
     // Rulers along the map.
-    s.RegleV->setGeometry(carte.left(), carte.top(), px(60), carte.height());
-    s.Regle->setGeometry(carte.left(), carte.top(), carte.width(), px(60));
+    // A guide the clerk dropped keeps its place across the map; a new one lies on the edge.
+    const EtatReperes& r = ctx.etat.reperes;
+    s.RegleV->setGeometry(r.xV.value_or(carte.left()), carte.top(), px(60), carte.height());
+    s.Regle->setGeometry(carte.left(), r.yH.value_or(carte.top()), carte.width(), px(60));
 
     // Bottom band: the search row, vertically centred, gaps of 30 (15 after a label).
     int x = px(105);

@@ -5,6 +5,7 @@
 #include "recordset/value.h"
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 namespace veldra {
@@ -43,9 +44,13 @@ void coche(QCheckBox* b) {
         b->click();
 }
 
-// The leading number of a text, as colours are stored ("" gives 0).
-carto::Colour couleur(const QString& texte) {
-    return carto::Colour(qint64(recordset::leadingNumber(texte)));
+// The leading number of a text, as colours are stored ("" gives 0). A number that is no
+// 0x00BBGGRR colour (negative, beyond 0xFFFFFF, a hand-edited mistake) gives none.
+std::optional<carto::Colour> couleur(const QString& texte) {
+    const double n = recordset::leadingNumber(texte);
+    if (!(n >= 0 && n <= 0xFFFFFF))
+        return std::nullopt;
+    return carto::Colour(n);
 }
 
 } // namespace
@@ -65,11 +70,12 @@ void litParametres(Contexte& ctx) {
     if (nombre(lit(ctx, QStringLiteral("Situation"), QStringLiteral("0")),
                QStringLiteral("Situation")) == 1)
         coche(s.CB_PlanSitue);
-    const carto::Colour fond = couleur(lit(ctx, QStringLiteral("CouleurDeFond"), QString()));
-    QPalette p = s.PCouleur->palette();
-    p.setColor(QPalette::Window, carto::toQColor(fond));
-    s.PCouleur->setPalette(p);
-    s.Map1->setBackgroundColor(fond);
+    if (const auto fond = couleur(lit(ctx, QStringLiteral("CouleurDeFond"), QString()))) {
+        QPalette p = s.PCouleur->palette();
+        p.setColor(QPalette::Window, carto::toQColor(*fond));
+        s.PCouleur->setPalette(p);
+        s.Map1->setBackgroundColor(*fond);
+    }
     if (lit(ctx, QStringLiteral("Calque_SectionsVisible"), QString()) == QLatin1String("1"))
         coche(s.C_AffSections);
     if (lit(ctx, QStringLiteral("Calque_AlleesVisible"), QString()) == QLatin1String("1"))

@@ -89,8 +89,18 @@ void bandeHaut(Surface& s, QWidget& c) {
     grand.setBold(true);
     grand.setPointSizeF(grand.pointSizeF() * 1.25);
     s.L_NomCimetiere->setFont(grand);
-    s.Echelle = cree<QLabel>(s.Panel_Haut, "Echelle", QStringLiteral("Échelle 1 /"));
-    s.L_echelle = cree<QLabel>(s.Panel_Haut, "L_echelle");
+    s.Echelle = bouton(s.Panel_Haut, QStringLiteral("Echelle"), QStringLiteral("Échelle 1 / ▾"),
+                       QStringLiteral("Échelles prédéfinies"));
+    s.Echelle->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    s.MenuEchelle = new QMenu(s.Echelle);
+    s.MenuEchelle->setObjectName(QStringLiteral("MenuEchelle"));
+    s.MenuEchelle->addAction(QStringLiteral("Échelles prédéfinies"))->setEnabled(false);
+    for (const int n : {50, 100, 200, 500, 1000})
+        s.MenuEchelle->addAction(QStringLiteral("1/%1").arg(n))->setCheckable(true);
+    s.L_echelle = cree<QLineEdit>(s.Panel_Haut, "L_echelle");
+    s.L_echelle->setToolTip(QStringLiteral("Échelle de la carte (1/N) : tapez N puis Entrée"));
+    s.b_rafraichir = bouton(s.Panel_Haut, QStringLiteral("b_rafraichir"), QStringLiteral("↻"),
+                            QStringLiteral("Appliquer l'échelle saisie"));
     s.L_echelle2 = cree<QLabel>(s.Panel_Haut, "L_echelle2");
     s.Btn_Pref = bouton(s.Panel_Haut, QStringLiteral("Btn_Pref"), QStringLiteral("⚙"),
                         QStringLiteral("Préférences"));
@@ -460,7 +470,10 @@ void panneauxFlottants(Surface& s, QWidget& c) {
     s.PInfos->resize(260, 330);
     s.PInfos->hide();
     s.picMore = panneau(&c, "picMore", QFrame::Box);
+    s.picMore->setCursor(Qt::PointingHandCursor);
     s.picMore->hide();
+    s.picStandard = panneau(&c, "picStandard", QFrame::Box);
+    s.picStandard->hide();
 
     // Preferences and processing, against the map's right edge
     s.P_preferences = panneau(&c, "P_preferences", QFrame::Box);
@@ -518,8 +531,16 @@ void panneauxFlottants(Surface& s, QWidget& c) {
     s.Panel_Anomalies->resize(360, 220);
 
     // Ruler guides
-    s.Regle = panneau(&c, "Regle", QFrame::HLine);
-    s.RegleV = panneau(&c, "RegleV", QFrame::VLine);
+    s.Regle = panneau(&c, "Regle", QFrame::NoFrame);
+    s.RegleV = panneau(&c, "RegleV", QFrame::NoFrame);
+    for (QFrame* r : {s.Regle, s.RegleV}) {
+        QPalette p = r->palette();
+        p.setColor(QPalette::Window, QColor(0, 120, 215));
+        r->setPalette(p);
+        r->setToolTip(QStringLiteral("Faites glisser le repère sur la carte"));
+    }
+    s.Regle->setCursor(Qt::SplitVCursor);
+    s.RegleV->setCursor(Qt::SplitHCursor);
     s.Regle->hide();
     s.RegleV->hide();
 }
@@ -539,8 +560,9 @@ Surface construireSurface(QWidget& controle) {
     s.Historique->setUndoLimit(200); // a day's edits, without holding a plan's worth
     // Floating panels and the gauge stay above the map.
     for (QWidget* w : std::initializer_list<QWidget*>{
-             s.Panel_Localisation, s.Panel_Bibli, s.Panel_Dist, s.Panel_Outils, s.PInfos, s.picMore,
-             s.Panel_Anomalies, s.P_preferences, s.P_traitements, s.Panel_Jauge})
+             s.Panel_Localisation, s.Panel_Bibli, s.Panel_Dist, s.Panel_Outils, s.PInfos,
+             s.Panel_Anomalies, s.P_preferences, s.P_traitements, s.picMore, s.picStandard,
+             s.Panel_Jauge})
         w->raise();
     return s;
 }

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSpinBox>
@@ -31,8 +32,10 @@ struct Surface {
     QFrame* B_Outils = nullptr;
     std::array<QToolButton*, 9> B_Outils_ = {};
     QToolButton* B_OutilsInfo = nullptr;
-    QLabel* Echelle = nullptr;
-    QLabel* L_echelle = nullptr;
+    QToolButton* Echelle = nullptr; // the preset scales' drop-down
+    QMenu* MenuEchelle = nullptr;   // its entries: a caption, then 1/50 to 1/1000
+    QLineEdit* L_echelle = nullptr; // the scale's denominator, typed or shown
+    QToolButton* b_rafraichir = nullptr;
     QLabel* L_echelle2 = nullptr;
     QToolButton* Btn_Pref = nullptr;
 
@@ -151,8 +154,9 @@ struct Surface {
     QLabel* Label_List3 = nullptr;
     QListWidget* List3 = nullptr; // right holders
     QLabel* Label_List2 = nullptr;
-    QListWidget* List2 = nullptr; // buried persons
-    QFrame* picMore = nullptr;
+    QListWidget* List2 = nullptr;  // buried persons
+    QFrame* picMore = nullptr;     // the 40 background colours
+    QFrame* picStandard = nullptr; // the 16 standard colours beside them
     // The faults the analysis found, each selecting its feature when clicked.
     QFrame* Panel_Anomalies = nullptr;
     QLabel* Label_Anomalies = nullptr;

@@ -28,10 +28,12 @@
 #include "output/bibliotheque.h"
 #include "output/carte_localisation.h"
 #include "output/connexions.h"
+#include "output/ctooltip.h"
 #include "output/echelle.h"
 #include "output/etiquettes.h"
 #include "output/image_localisation.h"
 #include "output/imp_carte.h"
+#include "output/style_selection.h"
 #include "plan/calque_courant.h"
 #include "plan/couches_temporaires.h"
 #include "plan/nouveau_cimetiere.h"
@@ -73,6 +75,7 @@ Veldra::Veldra(QWidget* parent)
     mintCurFrame = 1;
     setMinimumWidth(int(kLargeurMinimaleTwips / twipsParPixel(ctx_)));
     connecteSurface();
+    bulles_ = std::make_unique<Bulles>(creeBulles(*this));
     resize(1000, 700);
 }
 
@@ -88,6 +91,7 @@ Veldra::~Veldra() {
     gMap = nullptr;
     ctx_.libereIni();
     ObjSel = carto::Features();
+    bulles_.reset();
 }
 
 void Veldra::connecteSurface() {
@@ -124,6 +128,7 @@ void Veldra::connecteSurface() {
     h.proprietesEtiquettes = [c] { ouvreDivers(*c, [](Divers& d) { d.Etiquette(); }); };
     h.styleEtiquettes = [c](const carto::Style& style) { styleEtiquettes(*c, style); };
     h.creeCalqueTemporaire = [c] { creeCalqueTemporaire(*c); };
+    h.styleSelection = [c] { styleSelection(*c); };
     connecteSorties(ctx_);
     connect(surface_.Combo_Calque, &QComboBox::activated, this,
             garde(ctx_, [c] { changeCalqueCourant(*c); }));

@@ -9,6 +9,7 @@
 
 #include "context/contexte.h"
 #include "context/property_bag.h"
+#include "output/ctooltip.h"
 #include "recordset/recordset.h"
 
 #include <QVariant>
@@ -138,6 +139,8 @@ public:
 
     Contexte& contexte() { return ctx_; }
     Surface& surface() { return surface_; }
+    // The balloon tooltips of the child controls, by key ("B_Outils(3)").
+    const Bulles& bulles() const { return *bulles_; }
 
 signals:
     void FicheTombe(QString& NumTombe);
@@ -169,6 +172,7 @@ private:
     Contexte ctx_;
     QString repFicAnalyse_ = QStringLiteral("AnalysePlan.txt");
     bool montre_ = false;
+    std::unique_ptr<Bulles> bulles_;
 };
 
 } // namespace veldra

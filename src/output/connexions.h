@@ -1,6 +1,7 @@
 #pragma once
 // The output module's widgets connected to what they do: printing, the labels' button,
-// the symbol library and the overview map.
+// the symbol library, the overview map, the style button, the scale, the ruler guides and
+// the background palette.
 
 namespace veldra {
 

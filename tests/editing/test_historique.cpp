@@ -62,8 +62,10 @@ TEST(Historique, IsOffUnlessTheHostAsksAndThenKeepsNothing) {
     EXPECT_TRUE(f.c->Annulation());
     EXPECT_FALSE(f.annuler()->isHidden());
     EXPECT_FALSE(f.annuler()->isEnabled()); // nothing to undo yet
-    EXPECT_EQ(f.annuler()->toolTip(), QStringLiteral("Annuler"));
-    EXPECT_EQ(f.retablir()->toolTip(), QStringLiteral("Rétablir"));
+    EXPECT_EQ(f.c->bulles().at(QStringLiteral("Btn_AnnulerEdition"))->Text(),
+              QStringLiteral("Annuler"));
+    EXPECT_EQ(f.c->bulles().at(QStringLiteral("Btn_RetablirEdition"))->Text(),
+              QStringLiteral("Rétablir"));
     f.rectangle(1100);
     EXPECT_TRUE(f.annuler()->isEnabled());
     f.c->setAnnulation(false); // turned off again: the steps go with it

@@ -19,6 +19,9 @@ inline constexpr int ForwardDiagonal = 5;
 inline constexpr int BackwardDiagonal = 6;
 inline constexpr int Cross = 7;
 inline constexpr int DiagonalCross = 8;
+// 9 to 11 are never produced; 12 to 71 are finer, coarser and turned hatches and dots.
+inline constexpr int FirstExtra = 12;
+inline constexpr int Last = 71;
 } // namespace pattern
 
 namespace linestyle {
@@ -29,6 +32,8 @@ inline constexpr int Dot = 4;
 inline constexpr int DashDot = 5;
 inline constexpr int DashDotDot = 6;
 inline constexpr int LongDash = 7;
+// 8 to 118: further dash patterns (dashes, dots and their mixes at several spacings).
+inline constexpr int Last = 118;
 } // namespace linestyle
 
 struct Style {

@@ -19,5 +19,7 @@ struct RegionPaint {
 RegionPaint regionPaint(const Style& s);
 QPen linePen(const Style& s);
 QFont textFont(const Style& s, double pixelSize);
+// How many dash patterns the codes beyond linestyle::LongDash name.
+int extraDashCount();
 
 } // namespace carto
