@@ -6,6 +6,7 @@
 #include "carto/model/edit_commands.h"
 #include "carto/model/update_access.h"
 #include "control/veldra.h"
+#include "controle_banc.h"
 #include "recordset/field_spec.h"
 #include "themes/fimage.h"
 #include "themes/vue_image.h"
@@ -18,25 +19,6 @@
 #include <benchmark/benchmark.h>
 
 namespace {
-
-struct Controle {
-    veldra::Veldra c;
-    explicit Controle(const QString& plan) {
-        c.resize(1600, 1000);
-        QString chemin = plan, nom = QStringLiteral("Banc d'essai");
-        bool nouveau = false, droit = true;
-        c.OuvreCimetiere(chemin, nouveau, nom, droit);
-        c.show();
-        for (int i = 0; i < 10 && !c.windowHandle()->isExposed(); ++i)
-            QApplication::processEvents(QEventLoop::AllEvents, 50);
-        vue().waitForRender();
-    }
-    carto::MapView& vue() { return *c.surface().Map1; }
-    void redessine() {
-        vue().refresh();
-        vue().waitForRender();
-    }
-};
 
 // Peer: the same view drawn again with no theme.
 void BM_Redraw(benchmark::State& state) {

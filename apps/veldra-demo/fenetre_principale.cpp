@@ -39,24 +39,20 @@ const QString TitreFenetre = QStringLiteral("Veldra — démonstration");
 }
 
 FenetrePrincipale::FenetrePrincipale(QSettings& reglages, QWidget* parent)
-    : QMainWindow(parent), reglages_(reglages), plan_(new Veldra) {
+    : QMainWindow(parent), reglages_(reglages) {
     setObjectName(QStringLiteral("FenetrePrincipale"));
     setWindowTitle(TitreFenetre);
-    plan_->setObjectName(QStringLiteral("Veldra1"));
     montreDialogue_ = [](QDialog& d) { return d.exec(); };
     confirme_ = [this](const QString& question) {
         return QMessageBox::question(this, QStringLiteral("Suppression"), question,
                                      QMessageBox::Yes | QMessageBox::No,
                                      QMessageBox::No) == QMessageBox::Yes;
     };
-    auto prompter = std::make_unique<PrompterHote>(std::make_unique<BoitePrompter>(this));
-    prompter_ = prompter.get();
-    plan_->setPrompter(std::move(prompter));
 
     auto* centre = new QWidget;
-    auto* pile = new QVBoxLayout(centre);
-    pile->setContentsMargins(0, 0, 0, 0);
-    pile->setSpacing(0);
+    pile_ = new QVBoxLayout(centre);
+    pile_->setContentsMargins(0, 0, 0, 0);
+    pile_->setSpacing(0);
     bandeau_ = new QLabel;
     bandeau_->setObjectName(QStringLiteral("BandeauMessage"));
     bandeau_->setWordWrap(true);
@@ -65,11 +61,21 @@ FenetrePrincipale::FenetrePrincipale(QSettings& reglages, QWidget* parent)
         "QLabel { background: #FDECEA; color: #611A15; border-bottom: 1px solid #E0A8A2; "
         "padding: 6px 10px; }"));
     bandeau_->hide();
-    pile->addWidget(bandeau_);
-    pile->addWidget(plan_, 1);
+    pile_->addWidget(bandeau_);
     setCentralWidget(centre);
     creeJournal();
     creeMenus();
+    installeControle();
+}
+
+void FenetrePrincipale::installeControle() {
+    plan_ = new Veldra;
+    plan_->setObjectName(QStringLiteral("Veldra1"));
+    auto prompter = std::make_unique<PrompterHote>(std::make_unique<BoitePrompter>(this));
+    prompter_ = prompter.get();
+    plan_->setPrompter(std::move(prompter));
+    pile_->addWidget(plan_, 1);
+    brancheJournal(*plan_, *journal_);
     sansPlan();
     // As a container loading the control: its saved properties before it is shown.
     plan_->ReadProperties(lisProprietes(reglages_));
@@ -87,6 +93,22 @@ FenetrePrincipale::FenetrePrincipale(QSettings& reglages, QWidget* parent)
     // The themes its register can colour the plan with.
     for (auto [libelle, code] : Registre::themes())
         plan_->AjouteTheme(libelle, code);
+}
+
+void FenetrePrincipale::redemarreControle() {
+    const QString chemin = cheminPlan_, nom = nomPlan_;
+    // The register's links use the control: they go before it.
+    liensRegistre_.reset();
+    registre_.reset();
+    PropertyBag sac;
+    plan_->WriteProperties(sac);
+    ecrisProprietes(reglages_, sac);
+    delete plan_; // the control writes its display settings as it goes
+    plan_ = nullptr;
+    installeControle();
+    plan_->show(); // shown before a plan opens, as when the window first appeared
+    if (!chemin.isEmpty())
+        ouvrePlan(chemin, nom);
 }
 
 void FenetrePrincipale::setPrompter(std::unique_ptr<Prompter> prompter) {
@@ -138,7 +160,6 @@ void FenetrePrincipale::creeJournal() {
     addDockWidget(Qt::RightDockWidgetArea, dockJournal_);
     resizeDocks({dockJournal_}, {340}, Qt::Horizontal);
 
-    brancheJournal(*plan_, *journal_);
     brancheDetails(*journal_, *tableDetails_, *texteDetails_);
 }
 

@@ -16,6 +16,7 @@ class QLabel;
 class QPlainTextEdit;
 class QSettings;
 class QTableView;
+class QVBoxLayout;
 
 namespace veldra {
 class Prompter;
@@ -65,6 +66,9 @@ public:
     // The localisation image of concession `id` in a window; nullptr when the plan has no
     // plot of that key (the window's message bar then says so).
     QDialog* imageLocalisation(const QString& id);
+    // The control closed as its container would close it (its settings written) and a new
+    // one put in its place, with the plan that was open opened again.
+    void redemarreControle();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -72,6 +76,8 @@ protected:
 
 private:
     void creeJournal();
+    // The control made, wired to the window and given its saved properties.
+    void installeControle();
     // The control's state when no plan is open: nothing to click.
     void sansPlan();
     void planOuvert(const QString& chemin, const QString& nom);
@@ -84,9 +90,10 @@ private:
     void demandeImageLocalisation();
 
     QSettings& reglages_;
-    Veldra* plan_;
+    Veldra* plan_ = nullptr; // owned by the window's central widget
     PrompterHote* prompter_; // owned by the control
     QLabel* bandeau_ = nullptr;
+    QVBoxLayout* pile_ = nullptr; // the banner above the control
     QDockWidget* dockJournal_ = nullptr;
     QAction* etiquettes_ = nullptr;
     QPlainTextEdit* journal_ = nullptr;

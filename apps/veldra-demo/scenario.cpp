@@ -11,6 +11,7 @@
 #include "scenario_menu.h"
 #include "scenario_outils.h"
 #include "scenario_placement.h"
+#include "scenario_presentation.h"
 #include "scenario_rangee.h"
 #include "scenario_recherche.h"
 #include "scenario_sortie.h"
@@ -205,7 +206,8 @@ QStringList nomsScenarios() {
     return {QStringLiteral("premiere-heure"), QStringLiteral("edition"),
             QStringLiteral("placement"),      QStringLiteral("menu"),
             QStringLiteral("recherche"),      QStringLiteral("themes"),
-            QStringLiteral("sortie"),         QStringLiteral("rangee")};
+            QStringLiteral("sortie"),         QStringLiteral("rangee"),
+            QStringLiteral("presentation")};
 }
 
 QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const QString& planExemple,
@@ -227,7 +229,9 @@ QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const Q
         : nom == QLatin1String("themes")    ? themes(fenetre, album)
         : nom == QLatin1String("sortie")    ? sortie(fenetre, album, dossier)
         : nom == QLatin1String("rangee")    ? rangee(fenetre, album, planExemple, brouillon.path())
-                                            : premiereHeure(fenetre, planExemple, brouillon.path());
+        : nom == QLatin1String("presentation")
+            ? presentation(fenetre, album, planExemple, brouillon.path())
+            : premiereHeure(fenetre, planExemple, brouillon.path());
     for (const Etape& e : etapes) {
         fenetre.resize(e.taille);
         e.action();
@@ -236,7 +240,8 @@ QStringList joueScenario(FenetrePrincipale& fenetre, const QString& nom, const Q
     }
     // A plan opened from the scratch folder is closed before the folder goes.
     if (nom == QLatin1String("placement") || nom == QLatin1String("recherche") ||
-        nom == QLatin1String("menu") || nom == QLatin1String("rangee"))
+        nom == QLatin1String("menu") || nom == QLatin1String("rangee") ||
+        nom == QLatin1String("presentation"))
         fenetre.ouvrePlan(planExemple, QStringLiteral("Cimetière d'exemple"));
     return album.images();
 }

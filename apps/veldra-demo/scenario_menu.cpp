@@ -23,17 +23,6 @@ namespace {
 
 constexpr QSize kTaille(1280, 800);
 
-QAction* action(QMenu& m, const QString& texte) {
-    for (QAction* a : m.actions()) {
-        if (a->text() == texte)
-            return a;
-        if (a->menu())
-            if (QAction* b = action(*a->menu(), texte))
-                return b;
-    }
-    return nullptr;
-}
-
 } // namespace
 
 std::vector<Etape> menu(FenetrePrincipale& f, Album& album, const QString& exemple,
@@ -46,7 +35,7 @@ std::vector<Etape> menu(FenetrePrincipale& f, Album& album, const QString& exemp
                                                 const QString& choix) {
         c.contexte().montreMenu = [&album, nom, choix](QMenu& m, const QPoint& ecran) {
             album.menu(m, ecran, nom, kTaille);
-            return choix.isEmpty() ? nullptr : action(m, choix);
+            return choix.isEmpty() ? nullptr : entreeDe(m, choix);
         };
         souris(carte, QEvent::MouseButtonRelease, p, Qt::RightButton);
     };

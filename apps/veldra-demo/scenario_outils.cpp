@@ -6,12 +6,14 @@
 #include "control/veldra.h"
 #include "fenetre_principale.h"
 
+#include <QAction>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 
 namespace veldra::demo {
@@ -103,6 +105,17 @@ void attends(const std::function<bool()>& fini) {
     const QDeadlineTimer fin(2000);
     while (!fini() && !fin.hasExpired())
         QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+}
+
+QAction* entreeDe(QMenu& menu, const QString& texte) {
+    for (QAction* a : menu.actions()) {
+        if (a->text() == texte)
+            return a;
+        if (a->menu())
+            if (QAction* b = entreeDe(*a->menu(), texte))
+                return b;
+    }
+    return nullptr;
 }
 
 } // namespace veldra::demo

@@ -16,6 +16,9 @@
 #include <functional>
 #include <vector>
 
+class QAction;
+class QMenu;
+
 namespace carto {
 class MapView;
 }
@@ -93,6 +96,8 @@ void choisitCalque(const Surface& s, const QString& nom);
 // The sample plan and its picture copied into `dossier`, so that a scenario may change
 // it; the copy's path.
 QString copieExemple(const QString& exemple, const QString& dossier);
+// The entry of a pop-up menu or of its sub-menus captioned `texte`; nullptr when none.
+QAction* entreeDe(QMenu& menu, const QString& texte);
 // Lets the event loop run until `fini` says so, two seconds at most.
 void attends(const std::function<bool()>& fini);
 

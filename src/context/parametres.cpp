@@ -39,9 +39,13 @@ double nombre(const QString& texte, const QString& cle) {
     return v;
 }
 
+// Ticked as a click would, its click procedure run, even while the host keeps the control
+// disabled until the plan is open.
 void coche(QCheckBox* b) {
-    if (!b->isChecked())
-        b->click();
+    if (b->isChecked())
+        return;
+    b->setChecked(true);
+    emit b->clicked(true);
 }
 
 // The leading number of a text, as colours are stored ("" gives 0). A number that is no
@@ -84,7 +88,7 @@ void litParametres(Contexte& ctx) {
         lit(ctx, QStringLiteral("Panel Infos"), QStringLiteral("1")) == QLatin1String("1");
     // The arrow button folds and unfolds the panel; only a change needs a click.
     if (infos != (ctx.etat.etatPanelInfos == QLatin1String("Visible")))
-        s.Btn_Fleche->click();
+        emit s.Btn_Fleche->clicked();
 
     // The drawing aids, beyond the original: absent keys leave them off.
     for (const auto& [cle, boite] : aides(s))

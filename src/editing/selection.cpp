@@ -58,6 +58,8 @@ void selectionChangee(Contexte& ctx) {
             } else if (nomme || estCalque(courant, v.Calque_Decor)) {
                 s.Btn_ModifStyle->setVisible(true);
                 s.Label_Nom->setReadOnly(false);
+            } else if (estCalque(courant, v.Calque_Texte)) {
+                s.Btn_ModifStyle->setVisible(true); // a text's lettering, in fStyle
             }
         } else {
             s.Label_Nom->setReadOnly(true);

@@ -296,8 +296,11 @@ void Calque_style_symbole::charge(const carto::Style& s) {
     for (int i = 0; i < Caracteres->count(); ++i)
         if (Caracteres->item(i)->data(Qt::UserRole).toUInt() == uint(s.symbolCharacter))
             Caracteres->setCurrentRow(i);
-    Taille->setCurrentIndex(
-        plusProche(kTaillesSymbole, int(std::size(kTaillesSymbole)), s.symbolSize));
+    // A size of its own (a tree drawn metres wide) is offered as it is, so that it is kept.
+    const QString taille = QString::number(s.symbolSize);
+    if (Taille->findText(taille) < 0)
+        Taille->insertItem(0, taille);
+    Taille->setCurrentIndex(Taille->findText(taille));
     Couleur->setCouleur(s.symbolColor);
 }
 
@@ -306,7 +309,9 @@ void Calque_style_symbole::lit(carto::Style& s) const {
         Police->currentText() == kPersonnalises ? kPolicePersonnalises : Police->currentText();
     if (const QListWidgetItem* c = Caracteres->currentItem())
         s.symbolCharacter = int(c->data(Qt::UserRole).toUInt());
-    s.symbolSize = kTaillesSymbole[std::max(0, Taille->currentIndex())];
+    bool ok = false;
+    const double taille = Taille->currentText().toDouble(&ok);
+    s.symbolSize = ok && taille > 0 ? taille : kTaillesSymbole[0];
     s.symbolColor = Couleur->couleur();
 }
 

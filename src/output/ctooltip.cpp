@@ -168,7 +168,7 @@ protected:
         p.drawPath(contour);
         p.setPen(texte);
         const QRect titre = rectTitre().translated(kMarge, kMarge + queue());
-        if (!tip_.Title().isEmpty() || tip_.Icon() != 0) {
+        if (!tip_.Title().isEmpty()) { // the icon goes with a title
             int x = titre.left();
             if (const QIcon i = icone(); !i.isNull()) {
                 i.paint(&p, QRect(x, titre.top(), 16, 16));

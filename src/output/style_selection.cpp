@@ -56,6 +56,11 @@ void modifieStyle(Contexte& ctx) {
     if (ctx.v.ObjSel.count() == 0)
         throw Erreur(err::ObjetInconnu, QStringLiteral("Aucun objet n'est sélectionné."));
     const carto::Feature premier = ctx.v.ObjSel.at(0);
+    if (premier.kind() == carto::FeatureKind::Symbol) {
+        // fStyle has no frame for symbols: the symbols' own dialog serves them.
+        styleSelection(ctx);
+        return;
+    }
     fStyle f(ctx, &ctx.controle);
     switch (premier.kind()) {
     case carto::FeatureKind::Region:
@@ -68,7 +73,7 @@ void modifieStyle(Contexte& ctx) {
         f.Style(QStringLiteral("Texte"), premier);
         break;
     case carto::FeatureKind::Symbol:
-        break; // nothing prepared: a symbol's style is the layer dialog's
+        break;
     }
     ctx.montreModal(f);
 }

@@ -9,7 +9,8 @@ namespace veldra {
 
 class Contexte;
 
-// Btn_ModifStyle: fStyle for the first feature of ObjSel, shown modally.
+// Btn_ModifStyle: fStyle for the first feature of ObjSel, shown modally; for a symbol,
+// the symbols' dialog over the current layer's selection.
 void modifieStyle(Contexte& ctx);
 // The context menu's "Style de la sélection": the dialog of the first selected feature's
 // kind, then its style given to every selected feature of that kind.

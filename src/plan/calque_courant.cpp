@@ -23,12 +23,14 @@ void ajusteVoletLateral(Contexte& ctx) {
         s.Frame_Numero->hide();
         s.Frame_Nom->hide();
     }
+    // The text layer shows the panel too: its style button letters the selected text.
     if (estCalque(c, v.Calque_Tombe) || estCalque(c, v.Calque_Sections) ||
-        estCalque(c, v.Calque_Allees) || estCalque(c, v.Calque_Decor))
+        estCalque(c, v.Calque_Allees) || estCalque(c, v.Calque_Decor) ||
+        estCalque(c, v.Calque_Texte))
         s.Panel_Infos->show();
-    // Styles apply to drawn shapes; labels belong to plots. Both need a selection.
+    // Styles apply to drawn shapes and texts; labels belong to plots. Both need a selection.
     const bool styles = estCalque(c, v.Calque_Decor) || estCalque(c, v.Calque_Sections) ||
-                        estCalque(c, v.Calque_Allees);
+                        estCalque(c, v.Calque_Allees) || estCalque(c, v.Calque_Texte);
     s.Btn_ModifStyle->setVisible(v.ModeEdition && selection && styles);
     s.Btn_DeplaceEtiquette->setVisible(v.ModeEdition && estCalque(c, v.Calque_Tombe));
 }

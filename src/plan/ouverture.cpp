@@ -70,7 +70,7 @@ public:
     void prepareCarte() {
         appelle(ctx_.crochets.creeOutilsPersonnalises);
         ctx_.etat.etatPanelInfos = QStringLiteral("Invisible"); // unfolded just below
-        s_.Btn_Fleche->click();
+        emit s_.Btn_Fleche->clicked(); // even while the host keeps the control disabled
         ctx_.etat.couleursTheme = kCouleursTheme;
         INI_FILE& ini = ctx_.ini();
         ini.setPath_Fichier_Ini(dossierInscriptible(ctx_.dossierControle) + u'/');
