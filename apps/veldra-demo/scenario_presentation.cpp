@@ -7,15 +7,17 @@
 #include "context/surface.h"
 #include "control/veldra.h"
 #include "fenetre_principale.h"
-#include "output/ctooltip.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QHelpEvent>
 #include <QListWidget>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QToolButton>
 #include <memory>
 #include <optional>
 
@@ -157,11 +159,17 @@ std::vector<Etape> presentation(FenetrePrincipale& f, Album& album, const QStrin
              c.Calque_Decor->clearSelection();
          }},
         {QStringLiteral("bulle"), kTaille,
-         [&c, &album] {
-             cToolTip& tip = *c.bulles().at(QStringLiteral("B_Outils(7)"));
-             tip.montre();
-             album.menu(*tip.bulle(), tip.bulle()->pos(), QStringLiteral("bulle"), kTaille);
-             tip.cache();
+         [&s, &album] {
+             // The pointer rests on the measuring tool: its balloon comes up.
+             QToolButton* outil = s.B_Outils_[7];
+             const QPoint milieu = outil->rect().center();
+             QHelpEvent aide(QEvent::ToolTip, milieu, outil->mapToGlobal(milieu));
+             QCoreApplication::sendEvent(outil, &aide);
+             for (QWidget* w : QApplication::topLevelWidgets())
+                 if (w->objectName() == QLatin1String("cToolTip") && w->isVisible()) {
+                     album.menu(*w, w->pos(), QStringLiteral("bulle"), kTaille);
+                     w->hide();
+                 }
          },
          false},
         {QStringLiteral("echelle-1-500"), kTaille,

@@ -9,14 +9,16 @@
 
 #include "context/contexte.h"
 #include "context/property_bag.h"
-#include "output/ctooltip.h"
 #include "recordset/recordset.h"
 
 #include <QVariant>
 #include <QWidget>
+#include <map>
 #include <memory>
 
 namespace veldra {
+
+class cToolTip;
 
 class Veldra : public QWidget, public VariablesPubliques {
     Q_OBJECT
@@ -140,7 +142,7 @@ public:
     Contexte& contexte() { return ctx_; }
     Surface& surface() { return surface_; }
     // The balloon tooltips of the child controls, by key ("B_Outils(3)").
-    const Bulles& bulles() const { return *bulles_; }
+    const std::map<QString, std::unique_ptr<cToolTip>>& bulles() const { return *bulles_; }
 
 signals:
     void FicheTombe(QString& NumTombe);
@@ -172,7 +174,7 @@ private:
     Contexte ctx_;
     QString repFicAnalyse_ = QStringLiteral("AnalysePlan.txt");
     bool montre_ = false;
-    std::unique_ptr<Bulles> bulles_;
+    std::unique_ptr<std::map<QString, std::unique_ptr<cToolTip>>> bulles_;
 };
 
 } // namespace veldra

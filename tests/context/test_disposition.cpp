@@ -1,6 +1,7 @@
 // Layout and the surface's own panels.
 #include "context/disposition.h"
 #include "control_fixture.h"
+#include "output/ctooltip.h"
 #include "output/echelle.h"
 
 #include <QAbstractButton>

@@ -4,6 +4,7 @@
 #include "carte_fixture.h"
 #include "carto/geometry/geometry.h"
 #include "carto/model/map.h"
+#include "output/ctooltip.h"
 
 #include <QKeyEvent>
 #include <QLabel>
