@@ -3,6 +3,7 @@
 #include "base/erreur.h"
 #include "carto/model/layer.h"
 #include "context/contexte.h"
+#include "context/echantillon_couleur.h"
 #include "context/filtre_numerique.h"
 #include "context/garde.h"
 #include "context/nombres.h"
@@ -11,7 +12,6 @@
 #include "editing/texte_libre.h"
 
 #include <QCheckBox>
-#include <QColorDialog>
 #include <QComboBox>
 #include <QEvent>
 #include <QFormLayout>
@@ -30,16 +30,6 @@ QPushButton* bouton(QWidget* parent, const char* nom, const QString& texte) {
     auto* b = cree<QPushButton>(parent, nom);
     b->setText(texte);
     return b;
-}
-
-QFrame* echantillon(QWidget* parent, const char* nom) {
-    auto* f = cree<QFrame>(parent, nom);
-    f->setFrameShape(QFrame::Box);
-    f->setFixedSize(40, 20);
-    f->setAutoFillBackground(true);
-    f->setCursor(Qt::PointingHandCursor);
-    f->setToolTip(QStringLiteral("Choisir la couleur"));
-    return f;
 }
 
 // A check box without its own text and the label that names it: a click on the label
@@ -96,8 +86,8 @@ Divers::Divers(Contexte& ctx, QWidget* parent) : QDialog(parent), ctx_(ctx) {
     CB_Fond->addItems({QStringLiteral("Sans fond"), QStringLiteral("Contour (halo)"),
                        QStringLiteral("Fond opaque")});
     ft->addRow(QStringLiteral("Fond :"), CB_Fond);
-    PCouleur = echantillon(Panel_Texte, "PCouleur");
-    PCouleurFond = echantillon(Panel_Texte, "PCouleurFond");
+    PCouleur = new EchantillonCouleur(ctx, Panel_Texte, "PCouleur");
+    PCouleurFond = new EchantillonCouleur(ctx, Panel_Texte, "PCouleurFond");
     ft->addRow(QStringLiteral("Couleur du texte :"), PCouleur);
     ft->addRow(QStringLiteral("Couleur du fond :"), PCouleurFond);
     Btn_Valider = bouton(Panel_Texte, "Btn_Valider", QStringLiteral("Valider"));
@@ -136,18 +126,16 @@ Divers::Divers(Contexte& ctx, QWidget* parent) : QDialog(parent), ctx_(ctx) {
     auto* label8 = libelle(Panel_TailleNumeroTerrain, "Label8", QStringLiteral("Gras"));
     label8->installEventFilter(this);
     fn->addRow(caseNommee(Panel_TailleNumeroTerrain, CB_NumeroGras, label8));
-    P_CouleurNumero = echantillon(Panel_TailleNumeroTerrain, "P_CouleurNumero");
+    P_CouleurNumero = new EchantillonCouleur(ctx, Panel_TailleNumeroTerrain, "P_CouleurNumero");
     fn->addRow(QStringLiteral("Couleur :"), P_CouleurNumero);
     Btn_ValiderTailleNumero = bouton(Panel_TailleNumeroTerrain, "Btn_ValiderTailleNumero",
                                      QStringLiteral("Appliquer à tous les numéros"));
     fn->addRow(Btn_ValiderTailleNumero);
     tout->addWidget(Panel_TailleNumeroTerrain);
 
-    for (QFrame* e : {PCouleur, PCouleurFond, P_CouleurNumero})
-        e->installEventFilter(this);
-    setCouleur(PCouleur, 0);
-    setCouleur(PCouleurFond, 0xFFFFFF);
-    setCouleur(P_CouleurNumero, 0);
+    PCouleur->setCouleur(0);
+    PCouleurFond->setCouleur(0xFFFFFF);
+    P_CouleurNumero->setCouleur(0);
     montrePanneau(nullptr);
 
     // Closing the dialog in any way leaves the plan as the buttons left it.
@@ -188,8 +176,8 @@ void Divers::Coordonnees(double X1, double Y1, double, double) {
     CB_Souligne->setChecked(e.souligne);
     cb_Ombre->setChecked(e.ombre);
     CB_Fond->setCurrentIndex(int(e.fond));
-    setCouleur(PCouleur, e.couleur);
-    setCouleur(PCouleurFond, e.couleurFond);
+    PCouleur->setCouleur(e.couleur);
+    PCouleurFond->setCouleur(e.couleurFond);
     Cb_Sauvegarde->setChecked(ctx_.etat.styleTexte.has_value());
     montrePanneau(Panel_Texte);
     Panel_Texte->move(15, 15);
@@ -206,8 +194,8 @@ void Divers::Texte(const carto::Feature& texte) {
     CB_Souligne->setChecked(e.souligne);
     cb_Ombre->setChecked(e.ombre);
     CB_Fond->setCurrentIndex(int(e.fond));
-    setCouleur(PCouleur, e.couleur);
-    setCouleur(PCouleurFond, e.couleurFond);
+    PCouleur->setCouleur(e.couleur);
+    PCouleurFond->setCouleur(e.couleurFond);
     L_NomCalque->setText(QStringLiteral("Calque : ") +
                          (texte.layer() ? texte.layer()->name() : QString()));
     montrePanneau(Panel_Texte);
@@ -226,8 +214,8 @@ void Divers::Etiquette() {
     CB_Souligne->setChecked(e.souligne);
     cb_Ombre->setChecked(e.ombre);
     CB_Fond->setCurrentIndex(int(e.fond));
-    setCouleur(PCouleur, e.couleur);
-    setCouleur(PCouleurFond, e.couleurFond);
+    PCouleur->setCouleur(e.couleur);
+    PCouleurFond->setCouleur(e.couleurFond);
     auto* champs = static_cast<QFormLayout*>(Panel_Texte->layout());
     champs->setRowVisible(Text, false);
     champs->setRowVisible(Cb_Sauvegarde->parentWidget(), false);
@@ -255,7 +243,7 @@ void Divers::PTailleNumeroTerrain() {
         const carto::Style s = ctx_.v.Calque_Numero->firstFeature().style();
         T_Taille->setText(nombreSimple(s.textSize));
         CB_NumeroGras->setChecked(s.textBold);
-        setCouleur(P_CouleurNumero, s.textColor);
+        P_CouleurNumero->setCouleur(s.textColor);
     }
     montrePanneau(Panel_TailleNumeroTerrain);
 }
@@ -278,8 +266,8 @@ void Divers::valideTexte() {
         e.souligne = CB_Souligne->isChecked();
         e.ombre = cb_Ombre->isChecked();
         e.fond = FondTexte(CB_Fond->currentIndex());
-        e.couleur = couleurDe(PCouleur);
-        e.couleurFond = couleurDe(PCouleurFond);
+        e.couleur = PCouleur->couleur();
+        e.couleurFond = PCouleurFond->couleur();
         enregistreTexte(ctx_, texte_, point_, e);
         if (Cb_Sauvegarde->isChecked()) {
             carto::Style s = ctx_.carte().defaultStyle;
@@ -304,8 +292,8 @@ void Divers::valideTexte() {
         s.textShadow = cb_Ombre->isChecked();
         s.textHalo = FondTexte(CB_Fond->currentIndex()) == FondTexte::Halo;
         s.textBox = FondTexte(CB_Fond->currentIndex()) == FondTexte::Cadre;
-        s.textColor = couleurDe(PCouleur);
-        s.textBackColor = couleurDe(PCouleurFond);
+        s.textColor = PCouleur->couleur();
+        s.textBackColor = PCouleurFond->couleur();
         if (ctx_.crochets.styleEtiquettes)
             ctx_.crochets.styleEtiquettes(s);
     }
@@ -317,17 +305,12 @@ void Divers::valideTailleNumero() {
     if (!(taille > 0))
         throw Erreur(err::ArgumentsIncorrects,
                      QStringLiteral("La taille des numéros doit être un nombre positif."));
-    styleNumeros(ctx_, taille, CB_NumeroGras->isChecked(), couleurDe(P_CouleurNumero));
+    styleNumeros(ctx_, taille, CB_NumeroGras->isChecked(), P_CouleurNumero->couleur());
     accept();
 }
 
 bool Divers::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonRelease) {
-        if (auto* e = qobject_cast<QFrame*>(watched);
-            e && (e == PCouleur || e == PCouleurFond || e == P_CouleurNumero)) {
-            sousGarde(ctx_, [&] { choisitCouleur(e); });
-            return true;
-        }
         // A label toggles the box beside it.
         if (auto* l = qobject_cast<QLabel*>(watched)) {
             const QString nom = l->objectName();
@@ -344,24 +327,6 @@ bool Divers::eventFilter(QObject* watched, QEvent* event) {
         }
     }
     return QDialog::eventFilter(watched, event);
-}
-
-void Divers::choisitCouleur(QFrame* e) {
-    QColorDialog choix(e->palette().color(QPalette::Window), this);
-    choix.setObjectName(QStringLiteral("ChoixCouleur"));
-    choix.setWindowTitle(QStringLiteral("Couleur"));
-    if (ctx_.montreModal(choix) == QDialog::Accepted)
-        setCouleur(e, carto::fromQColor(choix.currentColor()));
-}
-
-carto::Colour Divers::couleurDe(const QFrame* e) const {
-    return carto::fromQColor(e->palette().color(QPalette::Window));
-}
-
-void Divers::setCouleur(QFrame* e, carto::Colour c) {
-    QPalette p = e->palette();
-    p.setColor(QPalette::Window, carto::toQColor(c));
-    e->setPalette(p);
 }
 
 void ouvreDivers(Contexte& ctx, const std::function<void(Divers&)>& prepare) {

@@ -28,6 +28,7 @@ class QPushButton;
 namespace veldra {
 
 class Contexte;
+class EchantillonCouleur;
 
 class Divers : public QDialog {
     Q_OBJECT
@@ -53,10 +54,6 @@ private:
     void montrePanneau(QFrame* panneau);
     void valideTexte();
     void valideTailleNumero();
-    // The colour sample's background, chosen in a colour dialog shown through the hook.
-    void choisitCouleur(QFrame* echantillon);
-    carto::Colour couleurDe(const QFrame* echantillon) const;
-    void setCouleur(QFrame* echantillon, carto::Colour c);
 
     Contexte& ctx_;
     QString mode_;
@@ -70,8 +67,8 @@ private:
     QCheckBox* CB_Souligne;
     QCheckBox* cb_Ombre;
     QComboBox* CB_Fond;
-    QFrame* PCouleur;
-    QFrame* PCouleurFond;
+    EchantillonCouleur* PCouleur;
+    EchantillonCouleur* PCouleurFond;
     QCheckBox* Cb_Sauvegarde;
     QLabel* L_NomCalque;
     QPushButton* Btn_Valider;
@@ -86,7 +83,7 @@ private:
     QFrame* Panel_TailleNumeroTerrain;
     QLineEdit* T_Taille;
     QCheckBox* CB_NumeroGras;
-    QFrame* P_CouleurNumero;
+    EchantillonCouleur* P_CouleurNumero;
     QPushButton* Btn_ValiderTailleNumero;
 };
 

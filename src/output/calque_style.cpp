@@ -34,23 +34,10 @@ constexpr char32_t kSymbolesMaison[] = {0x271D, 0x271E, 0x271A, 0x2629, 0x2020, 
                                         0x2605, 0x2691, 0x2302, 0x2693};
 const QString kPolicePersonnalises = QStringLiteral("DejaVu Sans");
 
-QComboBox* combo(QWidget* parent, const char* nom) {
-    return cree<QComboBox>(parent, nom);
-}
-
 QCheckBox* caseNommee(QWidget* parent, const char* nom, const QString& texte) {
     auto* c = cree<QCheckBox>(parent, nom);
     c->setText(texte);
     return c;
-}
-
-// The nearest entry of a list of sizes.
-int plusProche(const double* tailles, int n, double valeur) {
-    int meilleur = 0;
-    for (int i = 1; i < n; ++i)
-        if (std::abs(tailles[i] - valeur) < std::abs(tailles[meilleur] - valeur))
-            meilleur = i;
-    return meilleur;
 }
 
 void choisitPolice(QComboBox& c, const QString& police) {
@@ -129,10 +116,10 @@ Calque_style_ligne::Calque_style_ligne(Contexte& ctx, QWidget* parent)
     auto* f = new QFormLayout;
     Couleur = new EchantillonCouleur(ctx, this, "Couleur");
     f->addRow(QStringLiteral("Couleur"), Couleur);
-    ImageCombo1 = combo(this, "ImageCombo1");
+    ImageCombo1 = cree<QComboBox>(this, "ImageCombo1");
     remplitEpaisseurs(*ImageCombo1, kEpaisseursPixels);
     f->addRow(QStringLiteral("Epaisseur"), ImageCombo1);
-    ImageCombo2 = combo(this, "ImageCombo2");
+    ImageCombo2 = cree<QComboBox>(this, "ImageCombo2");
     remplitTraits(*ImageCombo2, kTraits);
     f->addRow(QStringLiteral("Type de trait"), ImageCombo2);
     corps_->addLayout(f);
@@ -155,7 +142,7 @@ void Calque_style_ligne::lit(carto::Style& s) const {
 Calque_style_region::Calque_style_region(Contexte& ctx, QWidget* parent)
     : CalqueStyle(ctx, parent, "Calque_style_region", QStringLiteral("Style des régions")) {
     auto* f = new QFormLayout;
-    ImageCombo1 = combo(this, "ImageCombo1");
+    ImageCombo1 = cree<QComboBox>(this, "ImageCombo1");
     remplitMotifs(*ImageCombo1, kMotifs);
     f->addRow(QStringLiteral("Motif"), ImageCombo1);
     CouleurMotif = new EchantillonCouleur(ctx, this, "CouleurMotif");
@@ -164,17 +151,17 @@ Calque_style_region::Calque_style_region(Contexte& ctx, QWidget* parent)
     f->addRow(QStringLiteral("Couleur de fond"), CouleurFond);
     Check1 = caseNommee(this, "Check1", QStringLiteral("Fond transparent"));
     f->addRow(QString(), Check1);
-    ImageCombo2 = combo(this, "ImageCombo2");
+    ImageCombo2 = cree<QComboBox>(this, "ImageCombo2");
     remplitTraits(*ImageCombo2, kTraits);
     f->addRow(QStringLiteral("Style du contour"), ImageCombo2);
     OptionPixels = cree<QRadioButton>(this, "Option1");
     OptionPixels->setText(QStringLiteral("Pixels"));
-    ImageCombo3 = combo(this, "ImageCombo3");
+    ImageCombo3 = cree<QComboBox>(this, "ImageCombo3");
     remplitEpaisseurs(*ImageCombo3, kEpaisseursPixels);
     f->addRow(OptionPixels, ImageCombo3);
     OptionLargeurs = cree<QRadioButton>(this, "Option2");
     OptionLargeurs->setText(QStringLiteral("Largeur"));
-    Combo1 = combo(this, "Combo1");
+    Combo1 = cree<QComboBox>(this, "Combo1");
     for (const int l : kLargeurs)
         Combo1->addItem(QString::number(l));
     f->addRow(OptionLargeurs, Combo1);
@@ -225,7 +212,7 @@ void Calque_style_region::lit(carto::Style& s) const {
 Calque_style_symbole::Calque_style_symbole(Contexte& ctx, QWidget* parent)
     : CalqueStyle(ctx, parent, "Calque_style_symbole", QStringLiteral("Style des symboles")) {
     auto* f = new QFormLayout;
-    Police = combo(this, "Combo1");
+    Police = cree<QComboBox>(this, "Combo1");
     QStringList polices = QFontDatabase::families(QFontDatabase::Symbol);
     if (!polices.contains(kPolicePersonnalises))
         polices.prepend(kPolicePersonnalises);
@@ -238,7 +225,7 @@ Calque_style_symbole::Calque_style_symbole(Contexte& ctx, QWidget* parent)
     Caracteres->setMinimumSize(300, 130);
     Caracteres->setUniformItemSizes(true);
     f->addRow(QStringLiteral("Symbole"), Caracteres);
-    Taille = combo(this, "Combo2");
+    Taille = cree<QComboBox>(this, "Combo2");
     for (const double t : kTaillesSymbole)
         Taille->addItem(QString::number(t));
     f->addRow(QStringLiteral("Taille"), Taille);
@@ -333,10 +320,10 @@ void Calque_style_symbole::previsualise() {
 Calque_style_texte::Calque_style_texte(Contexte& ctx, QWidget* parent)
     : CalqueStyle(ctx, parent, "Calque_style_texte", QStringLiteral("Style des textes")) {
     auto* f = new QFormLayout;
-    Police = combo(this, "Combo1");
+    Police = cree<QComboBox>(this, "Combo1");
     Police->addItems(QFontDatabase::families());
     f->addRow(QStringLiteral("Police"), Police);
-    Taille = combo(this, "Combo2");
+    Taille = cree<QComboBox>(this, "Combo2");
     for (const double t : kTaillesTexte)
         Taille->addItem(QString::number(t));
     f->addRow(QStringLiteral("Taille"), Taille);
@@ -364,7 +351,7 @@ Calque_style_texte::Calque_style_texte(Contexte& ctx, QWidget* parent)
 
 void Calque_style_texte::charge(const carto::Style& s) {
     choisitPolice(*Police, s.textFont);
-    Taille->setCurrentIndex(plusProche(kTaillesTexte, int(std::size(kTaillesTexte)), s.textSize));
+    Taille->setCurrentIndex(tailleLaPlusProche(kTaillesTexte, s.textSize));
     Couleur->setCouleur(s.textColor);
     CouleurFond->setCouleur(s.textBackColor);
     Check1->setChecked(s.textBold);

@@ -30,22 +30,10 @@ constexpr int kBordures = 7;
 // The borders of a text, in Bordure's order.
 enum Bordure { SansBordure, Halo, Encadre };
 
-QComboBox* combo(QWidget* parent, const char* nom) {
-    return cree<QComboBox>(parent, nom);
-}
-
 QLabel* libelle(QWidget* parent, const char* nom, const QString& texte) {
     auto* l = cree<QLabel>(parent, nom);
     l->setText(texte);
     return l;
-}
-
-int indexTaille(double points) {
-    int meilleur = 0;
-    for (int i = 1; i < int(std::size(kTaillesTexte)); ++i)
-        if (std::abs(kTaillesTexte[i] - points) < std::abs(kTaillesTexte[meilleur] - points))
-            meilleur = i;
-    return meilleur;
 }
 
 } // namespace
@@ -68,10 +56,10 @@ fStyle::fStyle(Contexte& ctx, QWidget* parent) : QDialog(parent), ctx_(ctx) {
     auto* fl = new QFormLayout(Frame_Ligne);
     b_couleur_obj = new EchantillonCouleur(ctx, Frame_Ligne, "b_couleur_obj");
     fl->addRow(QStringLiteral("Couleur"), b_couleur_obj);
-    ImageCombo2 = combo(Frame_Ligne, "ImageCombo2");
+    ImageCombo2 = cree<QComboBox>(Frame_Ligne, "ImageCombo2");
     remplitEpaisseurs(*ImageCombo2, kEpaisseurs);
     fl->addRow(QStringLiteral("Epaisseur"), ImageCombo2);
-    ImageCombo3 = combo(Frame_Ligne, "ImageCombo3");
+    ImageCombo3 = cree<QComboBox>(Frame_Ligne, "ImageCombo3");
     remplitTraits(*ImageCombo3, kTraits);
     fl->addRow(QStringLiteral("Type de trait"), ImageCombo3);
     tout->addWidget(Frame_Ligne);
@@ -84,16 +72,16 @@ fStyle::fStyle(Contexte& ctx, QWidget* parent) : QDialog(parent), ctx_(ctx) {
     auto* fc = new QFormLayout(contour);
     b_couleur_Contour = new EchantillonCouleur(ctx, contour, "b_couleur_Contour");
     fc->addRow(QStringLiteral("Couleur du contour"), b_couleur_Contour);
-    ImageCombo1 = combo(contour, "ImageCombo1");
+    ImageCombo1 = cree<QComboBox>(contour, "ImageCombo1");
     remplitEpaisseurs(*ImageCombo1, kEpaisseurs);
     fc->addRow(QStringLiteral("Epaisseur du contour"), ImageCombo1);
-    ImageComboType = combo(contour, "ImageComboType");
+    ImageComboType = cree<QComboBox>(contour, "ImageComboType");
     remplitTraits(*ImageComboType, kBordures);
     fc->addRow(QStringLiteral("Type de contour"), ImageComboType);
     fp->addWidget(contour);
     auto* interieur = new QGroupBox(QStringLiteral("Intérieur"), Frame_Polygone);
     auto* fi = new QFormLayout(interieur);
-    ImageComboRegion = combo(interieur, "ImageComboRegion");
+    ImageComboRegion = cree<QComboBox>(interieur, "ImageComboRegion");
     remplitMotifs(*ImageComboRegion, int(codesMotifs().size()));
     fi->addRow(QStringLiteral("Type d'intérieur"), ImageComboRegion);
     L_InfoInterieur = libelle(interieur, "L_InfoInterieur", QString());
@@ -113,14 +101,14 @@ fStyle::fStyle(Contexte& ctx, QWidget* parent) : QDialog(parent), ctx_(ctx) {
     // ---- text
     Frame_Texte = cree<QFrame>(this, "Frame_Texte");
     auto* ftx = new QFormLayout(Frame_Texte);
-    Police_Texte = combo(Frame_Texte, "ImageCombo1");
+    Police_Texte = cree<QComboBox>(Frame_Texte, "ImageCombo1");
     Police_Texte->addItems(QFontDatabase::families());
     ftx->addRow(QStringLiteral("Police"), Police_Texte);
-    Taille_Texte = combo(Frame_Texte, "ImageCombo2");
+    Taille_Texte = cree<QComboBox>(Frame_Texte, "ImageCombo2");
     for (const double t : kTaillesTexte)
         Taille_Texte->addItem(QString::number(t));
     ftx->addRow(QStringLiteral("Taille"), Taille_Texte);
-    Bordure_Texte = combo(Frame_Texte, "ImageCombo3");
+    Bordure_Texte = cree<QComboBox>(Frame_Texte, "ImageCombo3");
     Bordure_Texte->addItems(
         {QStringLiteral("Aucune"), QStringLiteral("Halo"), QStringLiteral("Encadré")});
     ftx->addRow(QStringLiteral("Bordure"), Bordure_Texte);
@@ -191,7 +179,7 @@ void fStyle::Style(const QString& sType, const carto::Feature& feature) {
         if (police < 0)
             Police_Texte->insertItem(0, s.textFont);
         Police_Texte->setCurrentIndex(std::max(0, police));
-        Taille_Texte->setCurrentIndex(indexTaille(s.textSize));
+        Taille_Texte->setCurrentIndex(tailleLaPlusProche(kTaillesTexte, s.textSize));
         Bordure_Texte->setCurrentIndex(s.textBox ? Encadre : s.textHalo ? Halo : SansBordure);
         Epaisseur->setChecked(s.textBold);
         b_couleur_Texte->setCouleur(s.textColor);

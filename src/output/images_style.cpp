@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPixmap>
 #include <algorithm>
+#include <cmath>
 
 namespace veldra {
 
@@ -111,6 +112,14 @@ int entreeChoisie(const QComboBox& combo) {
 void choisitEntree(QComboBox& combo, int entree) {
     if (combo.count() > 0)
         combo.setCurrentIndex(std::clamp(entree, 1, combo.count()) - 1);
+}
+
+int tailleLaPlusProche(std::span<const double> tailles, double valeur) {
+    size_t meilleur = 0;
+    for (size_t i = 1; i < tailles.size(); ++i)
+        if (std::abs(tailles[i] - valeur) < std::abs(tailles[meilleur] - valeur))
+            meilleur = i;
+    return int(meilleur);
 }
 
 } // namespace veldra

@@ -4,6 +4,7 @@
 // style codes are.
 
 #include <QComboBox>
+#include <span>
 #include <vector>
 
 namespace veldra {
@@ -24,5 +25,7 @@ void remplitEpaisseurs(QComboBox& combo, int n);
 // The 1-based entry chosen, and choosing one (out of range: the nearest end).
 int entreeChoisie(const QComboBox& combo);
 void choisitEntree(QComboBox& combo, int entree);
+// The index of the size nearest `valeur` in a list of sizes offered (the first on a tie).
+int tailleLaPlusProche(std::span<const double> tailles, double valeur);
 
 } // namespace veldra
