@@ -224,6 +224,22 @@ std::vector<Etape> presentation(FenetrePrincipale& f, Album& album, const QStrin
                  s.CB_PlanSitue->click();
          }},
         {QStringLiteral("apres-redemarrage"), kTaille, [&f] { f.redemarreControle(); }},
+        // The demo's next sessions start from a white plan again (cell 40), unrecorded.
+        {QStringLiteral("fond-blanc"), kTaille,
+         [&f] {
+             const Surface& n = f.plan().surface();
+             n.Btn_Pref->click();
+             QMouseEvent ouvre(QEvent::MouseButtonRelease, QPointF(5, 5), QPointF(5, 5),
+                               Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+             QCoreApplication::sendEvent(n.PCouleur, &ouvre);
+             const int cellule = n.picStandard->width() / 10;
+             QMouseEvent blanc(QEvent::MouseButtonPress, QPointF(7.5 * cellule, 4.5 * cellule),
+                               QPointF(), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+             QCoreApplication::sendEvent(n.picMore, &blanc);
+             n.Btn_Pref->click();
+             f.redemarreControle(); // the settings file is written as the control closes
+         },
+         false},
     };
 }
 
