@@ -1,6 +1,7 @@
 #include "recordset.h"
 
 #include "base/erreur.h"
+#include "columns.h"
 
 #include <optional>
 
@@ -11,7 +12,19 @@ namespace err = veldra::err;
 
 struct Recordset::Table {
     std::vector<Field> fields;
-    std::vector<std::vector<QVariant>> rows;
+    std::vector<Column> columns; // one per field, made when the record set opens
+    size_t rows = 0;
+
+    void appendRow() {
+        for (Column& c : columns)
+            c.appendNull();
+        ++rows;
+    }
+    void eraseRow(size_t row) {
+        for (Column& c : columns)
+            c.erase(row);
+        --rows;
+    }
 };
 
 namespace {
@@ -72,9 +85,12 @@ void Recordset::open() {
     if (isOpen())
         throw Erreur(err::ObjetOuvert,
                      QStringLiteral("Opération non autorisée si l'objet est ouvert."));
+    if (table_->columns.empty())
+        for (const Field& f : table_->fields)
+            table_->columns.emplace_back(f.type);
     state_ = State::Open;
     editMode_ = EditMode::None;
-    position_ = table_->rows.empty() ? -1 : 0;
+    position_ = table_->rows == 0 ? -1 : 0;
 }
 
 void Recordset::close() {
@@ -92,7 +108,7 @@ RecordsetPtr Recordset::clone() const {
     auto copy = std::make_shared<Recordset>();
     copy->table_ = table_;
     copy->state_ = State::Open;
-    copy->position_ = table_->rows.empty() ? -1 : 0;
+    copy->position_ = table_->rows == 0 ? -1 : 0;
     return copy;
 }
 
@@ -104,31 +120,31 @@ void Recordset::requireOpen() const {
 
 qint32 Recordset::recordCount() const {
     requireOpen();
-    return qint32(table_->rows.size());
+    return qint32(table_->rows);
 }
 
 bool Recordset::bof() const {
     requireOpen();
-    return table_->rows.empty() || position_ < 0;
+    return table_->rows == 0 || position_ < 0;
 }
 
 bool Recordset::eof() const {
     requireOpen();
-    return table_->rows.empty() || position_ >= qint32(table_->rows.size());
+    return table_->rows == 0 || position_ >= qint32(table_->rows);
 }
 
 void Recordset::moveFirst() {
     update();
-    if (table_->rows.empty())
+    if (table_->rows == 0)
         noCurrentRecord();
     position_ = 0;
 }
 
 void Recordset::moveLast() {
     update();
-    if (table_->rows.empty())
+    if (table_->rows == 0)
         noCurrentRecord();
-    position_ = qint32(table_->rows.size()) - 1;
+    position_ = qint32(table_->rows) - 1;
 }
 
 void Recordset::moveNext() {
@@ -147,9 +163,9 @@ void Recordset::movePrevious() {
 
 void Recordset::addNew() {
     update();
-    table_->rows.emplace_back(table_->fields.size());
+    table_->appendRow();
     positionBeforeAdd_ = position_;
-    position_ = qint32(table_->rows.size()) - 1;
+    position_ = qint32(table_->rows) - 1;
     editMode_ = EditMode::Add;
 }
 
@@ -162,10 +178,12 @@ void Recordset::update() {
 void Recordset::cancelUpdate() {
     requireOpen();
     if (editMode_ == EditMode::Add) {
-        table_->rows.erase(table_->rows.begin() + position_);
+        table_->eraseRow(size_t(position_));
         position_ = positionBeforeAdd_;
     } else if (editMode_ == EditMode::InProgress && pendingOriginal_) {
-        currentRow() = std::move(*pendingOriginal_);
+        const size_t row = currentRow();
+        for (size_t c = 0; c < pendingOriginal_->size(); ++c)
+            table_->columns[c].set(row, (*pendingOriginal_)[c]);
     }
     editMode_ = EditMode::None;
     pendingOriginal_.reset();
@@ -176,16 +194,10 @@ EditMode Recordset::editMode() const {
     return editMode_;
 }
 
-std::vector<QVariant>& Recordset::currentRow() {
+size_t Recordset::currentRow() const {
     if (bof() || eof())
         noCurrentRecord();
-    return table_->rows[size_t(position_)];
-}
-
-const std::vector<QVariant>& Recordset::currentRow() const {
-    if (bof() || eof())
-        noCurrentRecord();
-    return table_->rows[size_t(position_)];
+    return size_t(position_);
 }
 
 QVariant Recordset::value(QStringView name) const {
@@ -197,7 +209,7 @@ QVariant Recordset::value(qsizetype column) const {
     if (column < 0 || column >= qsizetype(table_->fields.size()))
         throw Erreur(err::ChampInconnu,
                      QStringLiteral("La colonne n° %1 est introuvable.").arg(column));
-    return currentRow()[size_t(column)];
+    return table_->columns[size_t(column)].get(currentRow());
 }
 
 void Recordset::setValue(QStringView name, const QVariant& value) {
@@ -210,24 +222,65 @@ void Recordset::setValue(qsizetype column, const QVariant& value) {
     if (column < 0 || column >= qsizetype(table_->fields.size()))
         throw Erreur(err::ChampInconnu,
                      QStringLiteral("La colonne n° %1 est introuvable.").arg(column));
-    auto& row = currentRow();
+    const size_t row = currentRow();
     const Field& f = table_->fields[size_t(column)];
-    QVariant stored = toColumn(value, f.type);
-    if (f.type == DataType::VarWChar && stored.isValid()) {
-        const qsizetype length = static_cast<const QString*>(stored.constData())->size();
-        if (length > f.definedSize)
-            throw Erreur(err::TexteTropLong,
-                         QStringLiteral("Le texte de %1 caractères dépasse la taille de la "
-                                        "colonne « %2 » (%3 caractères).")
-                             .arg(length)
-                             .arg(f.name)
-                             .arg(f.definedSize));
-    }
-    if (editMode_ == EditMode::None) {
-        pendingOriginal_ = row;
+    Column& cells = table_->columns[size_t(column)];
+    // Coerce first, so a refused value leaves the record as it was.
+    const auto keepOriginal = [&] {
+        if (editMode_ != EditMode::None)
+            return;
+        std::vector<QVariant> original;
+        original.reserve(table_->columns.size());
+        for (const Column& c : table_->columns)
+            original.push_back(c.get(row));
+        pendingOriginal_ = std::move(original);
         editMode_ = EditMode::InProgress;
+    };
+    if (isNullValue(value)) {
+        keepOriginal();
+        cells.setNull(row);
+        return;
     }
-    row[size_t(column)] = std::move(stored);
+    switch (f.type) {
+    case DataType::SmallInt: {
+        const qint16 v = toInt16(value);
+        keepOriginal();
+        cells.setInt16(row, v);
+        return;
+    }
+    case DataType::Double: {
+        const double v = toDouble(value);
+        keepOriginal();
+        cells.setDouble(row, v);
+        return;
+    }
+    case DataType::Boolean: {
+        const bool v = toBool(value);
+        keepOriginal();
+        cells.setBool(row, v);
+        return;
+    }
+    case DataType::Date: {
+        const QDateTime v = toDate(value);
+        keepOriginal();
+        cells.setDate(row, v);
+        return;
+    }
+    case DataType::VarWChar:
+        break;
+    }
+    const QString text = value.typeId() == QMetaType::QString
+                             ? *static_cast<const QString*>(value.constData())
+                             : toText(value);
+    if (text.size() > f.definedSize)
+        throw Erreur(err::TexteTropLong,
+                     QStringLiteral("Le texte de %1 caractères dépasse la taille de la "
+                                    "colonne « %2 » (%3 caractères).")
+                         .arg(text.size())
+                         .arg(f.name)
+                         .arg(f.definedSize));
+    keepOriginal();
+    cells.setText(row, text);
 }
 
 } // namespace recordset

@@ -73,8 +73,7 @@ private:
 
     void requireOpen() const;
     qsizetype columnOf(QStringView name) const;
-    std::vector<QVariant>& currentRow();
-    const std::vector<QVariant>& currentRow() const;
+    size_t currentRow() const; // its index; PasDEnregistrement when there is none
 
     std::shared_ptr<Table> table_;
     State state_ = State::Closed;

@@ -22,7 +22,7 @@ namespace err = veldra::err;
 }
 
 void refuseNull(const QVariant& value) {
-    if (!value.isValid() || value.isNull())
+    if (isNullValue(value))
         throw Erreur(err::NullIncorrect, QStringLiteral("Utilisation incorrecte de Null"));
 }
 
@@ -62,7 +62,16 @@ double parseNumber(const QString& text) {
 
 double numberOf(const QVariant& value) {
     refuseNull(value);
+    // The common types read in place, without the conversion machinery.
     switch (value.typeId()) {
+    case QMetaType::Double:
+        return *static_cast<const double*>(value.constData());
+    case QMetaType::Int:
+        return *static_cast<const int*>(value.constData());
+    case QMetaType::Short:
+        return *static_cast<const short*>(value.constData());
+    case QMetaType::LongLong:
+        return double(*static_cast<const qlonglong*>(value.constData()));
     case QMetaType::Bool:
         return value.toBool() ? -1.0 : 0.0;
     case QMetaType::QString:
@@ -181,8 +190,26 @@ QDateTime toDate(const QVariant& value) {
     }
 }
 
+bool isNullValue(const QVariant& value) {
+    // A typed variant made without a value (a database's NULL) is null too. The plain
+    // types hold no pointer, so their null flag says it without a call into the type system.
+    switch (value.typeId()) {
+    case QMetaType::UnknownType:
+        return true;
+    case QMetaType::Double:
+    case QMetaType::Int:
+    case QMetaType::Short:
+    case QMetaType::LongLong:
+    case QMetaType::Bool:
+    case QMetaType::QString:
+        return value.data_ptr().is_null;
+    default:
+        return value.isNull();
+    }
+}
+
 QVariant toColumn(const QVariant& value, DataType type) {
-    if (!value.isValid() || value.isNull())
+    if (isNullValue(value))
         return {};
     switch (type) {
     case DataType::SmallInt:

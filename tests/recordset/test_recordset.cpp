@@ -118,6 +118,52 @@ TEST(Recordset, CancelUpdateDropsANewRecordOrRestoresAnEdit) {
     EXPECT_EQ(rs->editMode(), EditMode::None);
 }
 
+// Every column type keeps its cells apart: an edit cancelled in the middle row restores
+// that row in every column, a database's typed NULL reads back as Null, and dropping a
+// new record leaves the neighbours' cells where they were.
+TEST(Recordset, EveryColumnTypeStoresRestoresAndDropsItsOwnCells) {
+    Recordset rs;
+    rs.appendField(QStringLiteral("T"), DataType::VarWChar, 8);
+    rs.appendField(QStringLiteral("I"), DataType::SmallInt);
+    rs.appendField(QStringLiteral("D"), DataType::Double);
+    rs.appendField(QStringLiteral("B"), DataType::Boolean);
+    rs.appendField(QStringLiteral("W"), DataType::Date);
+    rs.open();
+    const QDateTime day(QDate(2024, 5, 17), QTime(0, 0));
+    for (int i = 0; i < 3; ++i) {
+        rs.addNew();
+        rs.setValue(0, QStringLiteral("r%1").arg(i));
+        rs.setValue(1, QString::number(i)); // text read as a number
+        rs.setValue(2, i + 0.5);
+        rs.setValue(3, i % 2 == 1);
+        rs.setValue(4, day.addDays(i));
+        rs.update();
+    }
+    rs.moveFirst();
+    rs.moveNext();
+    rs.setValue(0, QVariant(QMetaType::fromType<QString>())); // typed NULL
+    rs.setValue(1, QVariant(QMetaType::fromType<double>()));
+    rs.setValue(2, -7);
+    EXPECT_FALSE(rs.value(0).isValid());
+    EXPECT_FALSE(rs.value(1).isValid());
+    EXPECT_EQ(rs.value(2).toDouble(), -7.0);
+    rs.cancelUpdate();
+    EXPECT_EQ(rs.value(0).toString(), "r1");
+    EXPECT_EQ(rs.value(1).typeId(), QMetaType::Short);
+    EXPECT_EQ(rs.value(1).toInt(), 1);
+    EXPECT_EQ(rs.value(2).toDouble(), 1.5);
+    EXPECT_TRUE(rs.value(3).toBool());
+    EXPECT_EQ(rs.value(4).toDateTime(), day.addDays(1));
+
+    rs.addNew();
+    rs.setValue(2, 99.0);
+    rs.cancelUpdate();
+    rs.moveLast();
+    EXPECT_EQ(rs.value(0).toString(), "r2");
+    EXPECT_EQ(rs.value(2).toDouble(), 2.5);
+    EXPECT_EQ(rs.recordCount(), 3);
+}
+
 TEST(Recordset, CloneHasItsOwnCursorAndSurvivesTheOriginalsClose) {
     auto rs = plots(3);
     rs->moveLast();
