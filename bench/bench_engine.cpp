@@ -27,19 +27,31 @@ double residentMegabytes() {
 }
 
 void BM_OpenPlan(benchmark::State& state) {
-    const QString path = planOf(int(state.range(0)));
+    const int plots = int(state.range(0));
+    const QString path = planOf(plots);
     const double before = residentMegabytes();
     double after = before;
+    double planBytes = 0;
     for (auto _ : state) {
+        const double heapBefore = heapInUse();
         carto::Map map;
         map.loadMapSet(path);
         benchmark::DoNotOptimize(map.layerCount());
         after = std::max(after, residentMegabytes());
+        planBytes = heapInUse() - heapBefore;
     }
     state.counters["rss_mb"] = after;
     state.counters["rss_delta_mb"] = after - before;
+    // The heap the loaded plan holds (all its layers), per plot.
+    state.counters["plan_bytes_per_plot"] = planBytes / plots;
+    reportPerPlot(state);
 }
-BENCHMARK(BM_OpenPlan)->Arg(30000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OpenPlan)
+    ->Arg(3000)
+    ->Arg(30000)
+    ->Arg(100000)
+    ->Arg(300000)
+    ->Unit(benchmark::kMillisecond);
 
 // Peer: every layer read with plain OGR into GEOS geometries.
 void BM_PeerOgrRead(benchmark::State& state) {
@@ -57,8 +69,9 @@ void BM_PeerOgrRead(benchmark::State& state) {
             GEOSGeom_destroy_r(ctx, g);
     }
     GEOS_finish_r(ctx);
+    reportPerPlot(state);
 }
-BENCHMARK(BM_PeerOgrRead)->Arg(30000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PeerOgrRead)->Apply(scalingSizes)->Unit(benchmark::kMillisecond);
 
 void BM_CentreJoin(benchmark::State& state) {
     carto::Map map;
@@ -75,8 +88,9 @@ void BM_CentreJoin(benchmark::State& state) {
         benchmark::DoNotOptimize(found);
         state.counters["matches"] = found;
     }
+    reportPerPlot(state);
 }
-BENCHMARK(BM_CentreJoin)->Arg(30000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CentreJoin)->Apply(scalingSizes)->Unit(benchmark::kMillisecond);
 
 void BM_UpdateBracket(benchmark::State& state) {
     const QString path = copyOf(int(state.range(0)));

@@ -42,8 +42,9 @@ void BM_GetInfoC(benchmark::State& state) {
         records = rs ? rs->recordCount() : -1;
     }
     state.counters["records"] = records;
+    reportPerPlot(state);
 }
-BENCHMARK(BM_GetInfoC)->Arg(30000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_GetInfoC)->Apply(scalingSizes)->Unit(benchmark::kMillisecond);
 
 // The host's answer: every record with a new name, and sizes changed or not.
 RecordsetPtr reponse(Controle& f, int round, bool nouvellesTailles) {
@@ -71,8 +72,9 @@ void majBench(benchmark::State& state, bool nouvellesTailles) {
 
 void BM_MajAttributes(benchmark::State& state) {
     majBench(state, false);
+    reportPerPlot(state);
 }
-BENCHMARK(BM_MajAttributes)->Arg(30000)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_MajAttributes)->Apply(scalingSizes)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 void BM_MajRedraw(benchmark::State& state) {
     majBench(state, true);

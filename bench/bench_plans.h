@@ -10,6 +10,7 @@
 #include <QString>
 #include <benchmark/benchmark.h>
 #include <gdal_priv.h>
+#include <malloc.h>
 #include <memory>
 
 inline QString planOf(int plots) {
@@ -25,6 +26,24 @@ inline QString planOf(int plots) {
         veldra::plantool::generateSamplePlan(folder, options);
     }
     return path;
+}
+
+// The plan sizes of the scaling runs: each cost is also reported per plot, so a cost that
+// grows faster than the plan shows at once.
+inline void scalingSizes(benchmark::internal::Benchmark* b) {
+    for (const int plots : {3000, 30000, 300000})
+        b->Arg(plots);
+}
+
+inline void reportPerPlot(benchmark::State& state) {
+    state.counters["s_per_plot"] =
+        benchmark::Counter(double(state.range(0)), benchmark::Counter::kIsIterationInvariantRate |
+                                                       benchmark::Counter::kInvert);
+}
+
+// Bytes of heap in use, for what a loaded plan holds apart from the libraries.
+inline double heapInUse() {
+    return double(mallinfo2().uordblks);
 }
 
 // A scratch copy for benchmarks that write.

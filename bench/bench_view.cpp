@@ -21,8 +21,9 @@ void BM_Redraw(benchmark::State& state) {
         f.view.refresh();
         f.view.waitForRender();
     }
+    reportPerPlot(state);
 }
-BENCHMARK(BM_Redraw)->Arg(30000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Redraw)->Apply(scalingSizes)->Unit(benchmark::kMillisecond);
 
 // One plot moved by a few centimetres, stored in the plan, and its area drawn again.
 void BM_MovePlotRedraw(benchmark::State& state) {

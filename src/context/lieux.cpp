@@ -9,21 +9,29 @@ namespace veldra {
 
 namespace {
 
-QString nomAuCentre(const carto::Layer* calque, const carto::Feature& terrain) {
+QString nomAuPoint(const carto::Layer* calque, carto::Point centre) {
     if (!calque)
         return QStringLiteral("-1");
-    const carto::Feature premier = calque->firstAtPoint(terrain.centre());
+    const carto::Feature premier = calque->firstAtPoint(centre);
     return premier.isValid() ? premier.attribute(u"Nom").toString() : QStringLiteral("-1");
 }
 
 } // namespace
 
 QString SectionDuTerrain(Contexte& ctx, const carto::Feature& terrain) {
-    return nomAuCentre(ctx.v.Calque_Sections, terrain);
+    return nomAuPoint(ctx.v.Calque_Sections, terrain.centre());
 }
 
 QString AlleeDuTerrain(Contexte& ctx, const carto::Feature& terrain) {
-    return nomAuCentre(ctx.v.Calque_Allees, terrain);
+    return nomAuPoint(ctx.v.Calque_Allees, terrain.centre());
+}
+
+QString SectionAuPoint(Contexte& ctx, carto::Point centre) {
+    return nomAuPoint(ctx.v.Calque_Sections, centre);
+}
+
+QString AlleeAuPoint(Contexte& ctx, carto::Point centre) {
+    return nomAuPoint(ctx.v.Calque_Allees, centre);
 }
 
 double DistancePoints(carto::Point p1, carto::Point p2) {

@@ -18,6 +18,9 @@ class Contexte;
 // none or the plan has no such layer.
 QString SectionDuTerrain(Contexte& ctx, const carto::Feature& terrain);
 QString AlleeDuTerrain(Contexte& ctx, const carto::Feature& terrain);
+// The same from a centre already known, for loops that ask both of one feature.
+QString SectionAuPoint(Contexte& ctx, carto::Point centre);
+QString AlleeAuPoint(Contexte& ctx, carto::Point centre);
 double DistancePoints(carto::Point p1, carto::Point p2);
 
 } // namespace veldra

@@ -10,6 +10,7 @@
 #include "recordset/field_spec.h"
 
 #include <cmath>
+#include <iterator>
 
 namespace veldra {
 
@@ -38,16 +39,22 @@ public:
             if (d2 > d1)
                 std::swap(d1, d2);
         }
+        if (t.layer() != calque_) {
+            calque_ = t.layer();
+            for (size_t i = 0; i < std::size(kAttributs); ++i)
+                attributs_[i] = calque_ ? calque_->fieldIndex(kAttributs[i]) : -1;
+        }
+        const carto::Point centre = section && allee ? carto::Point{} : t.centre();
         rs_->addNew();
-        rs_->setValue(colonnes_[0], section ? *section : SectionDuTerrain(ctx_, t));
-        rs_->setValue(colonnes_[1], allee ? *allee : AlleeDuTerrain(ctx_, t));
-        rs_->setValue(colonnes_[2], t.attribute(u"Numero"));
-        rs_->setValue(colonnes_[3], idgcf ? *idgcf : t.attribute(u"IdGCF"));
+        rs_->setValue(colonnes_[0], section ? *section : SectionAuPoint(ctx_, centre));
+        rs_->setValue(colonnes_[1], allee ? *allee : AlleeAuPoint(ctx_, centre));
+        rs_->setValue(colonnes_[2], attribut(t, 0));
+        rs_->setValue(colonnes_[3], idgcf ? *idgcf : attribut(t, 1));
         rs_->setValue(colonnes_[4], t.fid());
         rs_->setValue(colonnes_[5], t.area());
         rs_->setValue(colonnes_[6], tronque5(d1));
         rs_->setValue(colonnes_[7], tronque5(d2));
-        rs_->setValue(colonnes_[8], t.attribute(u"Nom"));
+        rs_->setValue(colonnes_[8], attribut(t, 2));
         rs_->update();
     }
 
@@ -63,10 +70,19 @@ public:
     }
 
 private:
+    static constexpr QStringView kAttributs[] = {u"Numero", u"IdGCF", u"Nom"};
+
+    // By the column index found once per layer; by name (and its error) when absent.
+    QVariant attribut(const carto::Feature& t, size_t i) const {
+        return attributs_[i] >= 0 ? t.attributeAt(attributs_[i]) : t.attribute(kAttributs[i]);
+    }
+
     Contexte& ctx_;
     bool jauge_;
     RecordsetPtr rs_;
     std::vector<qsizetype> colonnes_;
+    const carto::Layer* calque_ = nullptr;
+    qsizetype attributs_[3] = {-1, -1, -1};
 };
 
 bool estRegion(const carto::Feature& f) {

@@ -204,6 +204,39 @@ TEST(Layer, CollectionsIntersectAndRefuseOtherLayers) {
     EXPECT_EQ(seen, 2);
 }
 
+// Membership answers the same whether the collection is still in FID order (searched by
+// halves) or has gone out of order (hashed): duplicates dropped, removals seen at once.
+TEST(Layer, CollectionsKeepMembershipInAndOutOfOrder) {
+    Grid g;
+    const std::vector<qint64>& id = g.ids;
+    Features c(&g.layer, {id[0], id[2], id[5]});
+    EXPECT_TRUE(c.contains(id[2]));
+    EXPECT_FALSE(c.contains(id[1]));
+    c.add(id[5]); // already last
+    c.add(id[2]); // already inside
+    EXPECT_EQ(c.count(), 3);
+    c.remove(id[2]);
+    EXPECT_FALSE(c.contains(id[2]));
+    c.add(id[1]); // out of order from here on
+    c.add(id[1]);
+    c.add(id[8]);
+    EXPECT_EQ(fids(c), (std::vector<qint64>{id[0], id[5], id[1], id[8]}));
+    EXPECT_TRUE(c.contains(id[1]));
+    c.remove(id[5]);
+    EXPECT_FALSE(c.contains(id[5]));
+    c.add(id[5]);
+    EXPECT_EQ(fids(c), (std::vector<qint64>{id[0], id[1], id[8], id[5]}));
+
+    const Features unordered(&g.layer, {id[3], id[0], id[3], id[1]});
+    EXPECT_EQ(fids(unordered), (std::vector<qint64>{id[3], id[0], id[1]}));
+    c.intersect(unordered);
+    EXPECT_EQ(fids(c), (std::vector<qint64>{id[0], id[1]}));
+    c.clear();
+    c.add(id[4]);
+    EXPECT_TRUE(c.contains(id[4]));
+    EXPECT_FALSE(c.contains(id[1]));
+}
+
 TEST(Layer, CopiesCarryAttributesByNameAndFindLooksNamesUp) {
     Grid g;
     Feature f = g.layer.feature(g.ids[0]);

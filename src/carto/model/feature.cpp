@@ -206,8 +206,9 @@ RingMeasure measureRing(const Part& r) {
     double cx = 0, cy = 0;
     const size_t n = r.size();
     for (size_t i = 0; i < n; ++i) {
+        const size_t j = i + 1 < n ? i + 1 : 0;
         const Point p{r[i].x - o.x, r[i].y - o.y};
-        const Point q{r[(i + 1) % n].x - o.x, r[(i + 1) % n].y - o.y};
+        const Point q{r[j].x - o.x, r[j].y - o.y};
         const double c = p.x * q.y - q.x * p.y;
         a.twiceArea += c;
         cx += (p.x + q.x) * c;
@@ -326,7 +327,10 @@ qsizetype Feature::column(QStringView name) const {
 }
 
 QVariant Feature::attribute(QStringView name) const {
-    const qsizetype i = column(name);
+    return attributeAt(column(name));
+}
+
+QVariant Feature::attributeAt(qsizetype i) const {
     const auto& attrs = data().attributes;
     return size_t(i) < attrs.size() ? attrs[size_t(i)] : QVariant();
 }

@@ -56,6 +56,9 @@ public:
     // Attributes by column name, without regard to case; Erreur for an unknown column.
     QVariant attribute(QStringView column) const;
     void setAttribute(QStringView column, const QVariant& value);
+    // By the layer's column index (Layer::fieldIndex), for loops over many features;
+    // Null for an index the feature has no value at.
+    QVariant attributeAt(qsizetype column) const;
     // The value in the layer's key column.
     QVariant keyValue() const;
     void setKeyValue(const QVariant& value);

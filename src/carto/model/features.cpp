@@ -11,18 +11,42 @@ using veldra::Erreur;
 namespace err = veldra::err;
 
 Features::Features(const Layer* layer, std::vector<qint64> fids) : layer_(layer) {
+    if (std::adjacent_find(fids.begin(), fids.end(), std::greater_equal<>()) == fids.end()) {
+        fids_ = std::move(fids); // already ascending and unique: nothing to check
+        return;
+    }
     fids_.reserve(fids.size());
     for (qint64 fid : fids)
         add(fid);
 }
 
+const std::unordered_set<qint64>& Features::members() const {
+    if (!indexed_) {
+        members_ = std::unordered_set<qint64>(fids_.begin(), fids_.end());
+        indexed_ = true;
+    }
+    return members_;
+}
+
 bool Features::contains(qint64 fid) const {
-    return members_.contains(fid);
+    if (ascending_)
+        return std::binary_search(fids_.begin(), fids_.end(), fid);
+    return members().contains(fid);
 }
 
 void Features::add(qint64 fid) {
-    if (members_.insert(fid).second)
+    if (ascending_ && (fids_.empty() || fids_.back() < fid)) {
         fids_.push_back(fid);
+        if (indexed_)
+            members_.insert(fid);
+        return;
+    }
+    if (contains(fid))
+        return;
+    members(); // from here on the order no longer answers membership
+    ascending_ = false;
+    members_.insert(fid);
+    fids_.push_back(fid);
 }
 
 void Features::add(const Feature& f) {
@@ -46,13 +70,19 @@ void Features::add(const Features& other) {
 }
 
 void Features::remove(qint64 fid) {
-    if (members_.erase(fid))
-        fids_.erase(std::find(fids_.begin(), fids_.end(), fid));
+    if (!contains(fid))
+        return;
+    fids_.erase(ascending_ ? std::lower_bound(fids_.begin(), fids_.end(), fid)
+                           : std::find(fids_.begin(), fids_.end(), fid));
+    if (indexed_)
+        members_.erase(fid);
 }
 
 void Features::clear() {
     fids_.clear();
     members_.clear();
+    ascending_ = true;
+    indexed_ = false;
 }
 
 void Features::intersect(const Features& other) {

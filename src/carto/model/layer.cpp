@@ -454,13 +454,14 @@ Features Layer::searchAtPoint(Point p) const {
 
 Feature Layer::firstAtPoint(Point p) const {
     qint64 first = -1;
-    for (qint64 fid : index_.containingPoint(p)) {
+    index_.visitContaining(p, [&](qint64 fid) {
         if (first >= 0 && fid > first)
-            continue;
-        const FeatureData& d = *features_.at(fid);
-        if (d.kind != FeatureKind::Region || prepared(fid).covers(p))
+            return;
+        const auto it = features_.find(fid);
+        if (it != features_.end() &&
+            (it->second->kind != FeatureKind::Region || prepared(fid).covers(p)))
             first = fid;
-    }
+    });
     return first < 0 ? Feature() : Feature(this, first, features_.at(first));
 }
 

@@ -78,10 +78,14 @@ std::vector<qint64> SpatialIndex::intersecting(const Rect& r) const {
 
 std::vector<qint64> SpatialIndex::containingPoint(Point p) const {
     std::vector<qint64> out;
+    visitContaining(p, [&](qint64 fid) { out.push_back(fid); });
+    return out;
+}
+
+void SpatialIndex::visitContaining(Point p, const std::function<void(qint64)>& visit) const {
     tree_->rtree.query(
         bgi::intersects(BPoint(p.x, p.y)),
-        boost::make_function_output_iterator([&](const Entry& e) { out.push_back(e.second); }));
-    return out;
+        boost::make_function_output_iterator([&](const Entry& e) { visit(e.second); }));
 }
 
 } // namespace carto

@@ -5,6 +5,7 @@
 #include "carto/geometry/rect.h"
 
 #include <QtGlobal>
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -30,6 +31,8 @@ public:
     // FIDs whose box intersects (touches included) the rectangle.
     std::vector<qint64> intersecting(const Rect& r) const;
     std::vector<qint64> containingPoint(Point p) const;
+    // The same, handed one by one: nothing allocated per query.
+    void visitContaining(Point p, const std::function<void(qint64)>& visit) const;
 
 private:
     struct Tree;

@@ -12,6 +12,9 @@
 #include <QFileInfo>
 #include <QHash>
 #include <ogr_geometry.h>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 
 namespace carto {
 
@@ -215,7 +218,41 @@ std::unique_ptr<OGRGeometry> ogrGeometry(const FeatureData& d) {
     return multi;
 }
 
-QVariant readField(const OGRFeature& f, int i, OGRFieldType type) {
+// Texts read from one column, shared while they repeat (plot numbers, section letters):
+// equal texts then hold one copy. A column whose values turn out mostly distinct stops
+// being pooled, so keys and numbers cost no look-up.
+class TextPool {
+public:
+    QString text(const char* utf8) {
+        if (!pooling_)
+            return QString::fromUtf8(utf8);
+        const std::string_view key(utf8);
+        auto it = pool_.find(key);
+        if (it == pool_.end()) {
+            it = pool_.emplace(std::string(key), QString::fromUtf8(utf8)).first;
+            if (++looked_ >= kTrial && pool_.size() * 2 > looked_) {
+                pooling_ = false;
+                pool_.clear();
+                return QString::fromUtf8(utf8);
+            }
+        } else {
+            ++looked_;
+        }
+        return it->second;
+    }
+
+private:
+    static constexpr size_t kTrial = 1000;
+    struct Hash {
+        using is_transparent = void;
+        size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
+    };
+    std::unordered_map<std::string, QString, Hash, std::equal_to<>> pool_;
+    size_t looked_ = 0;
+    bool pooling_ = true;
+};
+
+QVariant readField(const OGRFeature& f, int i, OGRFieldType type, TextPool& texts) {
     if (!f.IsFieldSetAndNotNull(i))
         return {};
     switch (type) {
@@ -233,7 +270,7 @@ QVariant readField(const OGRFeature& f, int i, OGRFieldType type) {
         return QDateTime(QDate(y, mo, d), QTime(h, mi, int(s)));
     }
     default:
-        return QString::fromUtf8(f.GetFieldAsString(i));
+        return texts.text(f.GetFieldAsString(i));
     }
 }
 
@@ -375,8 +412,12 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
         sourceType.push_back(i >= 0 ? defn->GetFieldDefn(i)->GetType() : OFTString);
     }
 
-    // Features mostly share a few style strings: parse each distinct one once.
+    // Features mostly share a few style strings: parse each distinct one once, and look
+    // up again only when the string differs from the previous feature's.
     QHash<QByteArray, std::pair<std::shared_ptr<const Style>, ParsedStyle>> styles;
+    const std::pair<std::shared_ptr<const Style>, ParsedStyle>* previousStyle = nullptr;
+    QByteArray previousStyleText;
+    std::vector<TextPool> pools(fields.size());
     Read read;
     if (!defaultTextColumn.isEmpty() && columnOf(defaultTextColumn) >= 0)
         read.textField = fields[size_t(columnOf(defaultTextColumn))].name;
@@ -392,24 +433,28 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
             ++read.unreadable; // NaN, infinite or absurd coordinates: never handed on
             continue;
         }
-        const QByteArray styleText =
-            styleIndex >= 0 && f->IsFieldSetAndNotNull(styleIndex)
-                ? QByteArray(f->GetFieldAsString(styleIndex))
-                : (f->GetStyleString() ? QByteArray(f->GetStyleString()) : QByteArray());
-        auto it = styles.find(styleText);
-        if (it == styles.end()) {
-            ParsedStyle parsed = parseStyleString(styleText);
-            auto style = std::make_shared<const Style>(parsed.style);
-            it = styles.insert(styleText, {std::move(style), std::move(parsed)});
+        const char* styleChars = styleIndex >= 0 && f->IsFieldSetAndNotNull(styleIndex)
+                                     ? f->GetFieldAsString(styleIndex)
+                                     : f->GetStyleString();
+        const QByteArrayView styleView(styleChars ? styleChars : "");
+        if (!previousStyle || styleView != previousStyleText) {
+            previousStyleText = styleView.toByteArray();
+            auto it = styles.find(previousStyleText);
+            if (it == styles.end()) {
+                ParsedStyle parsed = parseStyleString(previousStyleText);
+                auto style = std::make_shared<const Style>(parsed.style);
+                it = styles.insert(previousStyleText, {std::move(style), std::move(parsed)});
+            }
+            previousStyle = &it.value();
         }
-        data->style = it->first;
-        const ParsedStyle& parsed = it->second;
+        data->style = previousStyle->first;
+        const ParsedStyle& parsed = previousStyle->second;
         if (parsed.kind && data->kind == FeatureKind::Symbol)
             data->kind = *parsed.kind;
         data->attributes.resize(fields.size());
         for (size_t i = 0; i < fields.size(); ++i)
             if (sourceIndex[i] >= 0)
-                data->attributes[i] = readField(*f, sourceIndex[i], sourceType[i]);
+                data->attributes[i] = readField(*f, sourceIndex[i], sourceType[i], pools[i]);
         if (data->kind == FeatureKind::Text) {
             // The style names the column holding the text, or holds the text itself.
             const qsizetype column =
@@ -449,13 +494,21 @@ qint64 MapStore::writeFeature(const QString& name, qint64 fid, const FeatureData
         textField.isEmpty() ? -1 : defn->GetFieldIndex(textField.toUtf8().constData());
     if (data.kind == FeatureKind::Text && textIndex >= 0)
         f.SetField(textIndex, data.text.toUtf8().constData());
-    if (const int styleIndex = defn->GetFieldIndex(kStyleColumn); styleIndex >= 0 && data.style)
-        f.SetField(styleIndex,
-                   styleString(data.kind, *data.style, data.text,
-                               textIndex >= 0
-                                   ? QString::fromUtf8(defn->GetFieldDefn(textIndex)->GetNameRef())
-                                   : QString())
-                       .constData());
+    if (const int styleIndex = defn->GetFieldIndex(kStyleColumn); styleIndex >= 0 && data.style) {
+        // A bulk update writes the same shared style again and again: keep its string.
+        // Texts carry their own text in theirs.
+        const bool reuse = data.kind != FeatureKind::Text && data.style == written_.style &&
+                           data.kind == written_.kind;
+        if (!reuse) {
+            written_.text = styleString(
+                data.kind, *data.style, data.text,
+                textIndex >= 0 ? QString::fromUtf8(defn->GetFieldDefn(textIndex)->GetNameRef())
+                               : QString());
+            written_.style = data.kind != FeatureKind::Text ? data.style : nullptr;
+            written_.kind = data.kind;
+        }
+        f.SetField(styleIndex, written_.text.constData());
+    }
     if (!create && database_ && depth_ > 0) {
         held_.hold(*layer, OgrFeaturePtr(f.Clone()));
         return fid;

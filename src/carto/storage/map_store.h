@@ -92,6 +92,12 @@ private:
     bool wal_ = false; // a GeoPackage written through its write-ahead log while open
     bool database_ = false;
     BatchedUpdates held_; // a database's updates, sent at commit
+    struct WrittenStyle {
+        std::shared_ptr<const Style> style; // held, so its address names it
+        FeatureKind kind = FeatureKind::Region;
+        QByteArray text;
+    };
+    WrittenStyle written_; // the last style string written, for the next feature
 };
 
 } // namespace carto
