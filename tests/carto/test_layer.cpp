@@ -237,6 +237,25 @@ TEST(Layer, CollectionsKeepMembershipInAndOutOfOrder) {
     EXPECT_FALSE(c.contains(id[1]));
 }
 
+// What a renderer draws comes in FID order whether the box holds the whole layer (read
+// straight from the table) or a part of it (through the tree), and follows deletes.
+TEST(Layer, DrawingDataComesInFidOrderWholeOrInPart) {
+    Grid g;
+    g.layer.deleteFeature(g.ids[4]);
+    const auto fidsIn = [&](const Rect& box) {
+        std::vector<qint64> out;
+        for (const auto& row : g.layer.dataInBox(box))
+            out.push_back(row.first);
+        return out;
+    };
+    std::vector<qint64> all = g.ids;
+    all.erase(all.begin() + 4);
+    EXPECT_EQ(fidsIn({-10, -10, 10, 10}), all);
+    EXPECT_EQ(fidsIn({0, 0, 5, 5}), all); // exactly the layer's bounds
+    EXPECT_EQ(fidsIn({1.5, 1.5, 4.5, 4.5}), (std::vector<qint64>{g.ids[5], g.ids[7], g.ids[8]}));
+    EXPECT_TRUE(fidsIn({}).empty());
+}
+
 TEST(Layer, CopiesCarryAttributesByNameAndFindLooksNamesUp) {
     Grid g;
     Feature f = g.layer.feature(g.ids[0]);

@@ -603,6 +603,16 @@ void Layer::changed() {
 std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>>
 Layer::dataInBox(const Rect& box) const {
     std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>> out;
+    if (box.contains(index_.bounds())) {
+        // The whole layer in view (the plan shown whole): the table is already in FID
+        // order, so neither the tree nor a sort is needed. Features without bounds are
+        // not in the tree, and stay out here too.
+        out.reserve(features_.size());
+        for (const auto& [fid, data] : features_)
+            if (!data->bounds.isNull())
+                out.emplace_back(fid, data);
+        return out;
+    }
     std::vector<qint64> fids = index_.intersecting(box);
     std::sort(fids.begin(), fids.end()); // drawing order is FID order, as stored
     out.reserve(fids.size());
