@@ -18,20 +18,20 @@ QString nomAuPoint(const carto::Layer* calque, carto::Point centre) {
 
 } // namespace
 
-QString SectionDuTerrain(Contexte& ctx, const carto::Feature& terrain) {
-    return nomAuPoint(ctx.v.Calque_Sections, terrain.centre());
-}
-
-QString AlleeDuTerrain(Contexte& ctx, const carto::Feature& terrain) {
-    return nomAuPoint(ctx.v.Calque_Allees, terrain.centre());
-}
-
 QString SectionAuPoint(Contexte& ctx, carto::Point centre) {
     return nomAuPoint(ctx.v.Calque_Sections, centre);
 }
 
 QString AlleeAuPoint(Contexte& ctx, carto::Point centre) {
     return nomAuPoint(ctx.v.Calque_Allees, centre);
+}
+
+QString SectionDuTerrain(Contexte& ctx, const carto::Feature& terrain) {
+    return SectionAuPoint(ctx, terrain.centre());
+}
+
+QString AlleeDuTerrain(Contexte& ctx, const carto::Feature& terrain) {
+    return AlleeAuPoint(ctx, terrain.centre());
 }
 
 double DistancePoints(carto::Point p1, carto::Point p2) {

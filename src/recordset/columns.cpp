@@ -58,52 +58,28 @@ QVariant Column::get(size_t row) const {
 }
 
 void Column::set(size_t row, const QVariant& stored) {
-    if (!stored.isValid()) {
-        setNull(row);
+    null_[row] = stored.isValid() ? 0 : 1;
+    if (!stored.isValid())
         return;
-    }
+    // toColumn made it the column's own type: read it in place.
+    const void* v = stored.constData();
     switch (type_) {
     case DataType::SmallInt:
-        setInt16(row, stored.value<qint16>());
+        int16_[row] = *static_cast<const qint16*>(v);
         break;
     case DataType::Double:
-        setDouble(row, stored.toDouble());
+        double_[row] = *static_cast<const double*>(v);
         break;
     case DataType::Boolean:
-        setBool(row, stored.toBool());
+        bool_[row] = *static_cast<const bool*>(v) ? 1 : 0;
         break;
     case DataType::Date:
-        setDate(row, stored.toDateTime());
+        date_[row] = *static_cast<const QDateTime*>(v);
         break;
     case DataType::VarWChar:
-        setText(row, stored.toString());
+        text_[row] = *static_cast<const QString*>(v);
         break;
     }
-}
-
-void Column::setInt16(size_t row, qint16 v) {
-    int16_[row] = v;
-    null_[row] = 0;
-}
-
-void Column::setDouble(size_t row, double v) {
-    double_[row] = v;
-    null_[row] = 0;
-}
-
-void Column::setBool(size_t row, bool v) {
-    bool_[row] = v ? 1 : 0;
-    null_[row] = 0;
-}
-
-void Column::setDate(size_t row, const QDateTime& v) {
-    date_[row] = v;
-    null_[row] = 0;
-}
-
-void Column::setText(size_t row, const QString& v) {
-    text_[row] = v;
-    null_[row] = 0;
 }
 
 } // namespace recordset

@@ -17,23 +17,13 @@ class Column {
 public:
     explicit Column(DataType type) : type_(type) {}
 
-    DataType type() const { return type_; }
-    size_t size() const { return null_.size(); }
-
     // A new row, Null in this column.
     void appendNull();
     void erase(size_t row);
 
-    bool isNull(size_t row) const { return null_[row] != 0; }
     QVariant get(size_t row) const;
     // Stores a value already made what the column holds (toColumn's result) or Null.
     void set(size_t row, const QVariant& stored);
-    void setNull(size_t row) { null_[row] = 1; }
-    void setInt16(size_t row, qint16 v);
-    void setDouble(size_t row, double v);
-    void setBool(size_t row, bool v);
-    void setDate(size_t row, const QDateTime& v);
-    void setText(size_t row, const QString& v);
 
 private:
     DataType type_;

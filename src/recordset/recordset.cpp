@@ -224,63 +224,27 @@ void Recordset::setValue(qsizetype column, const QVariant& value) {
                      QStringLiteral("La colonne n° %1 est introuvable.").arg(column));
     const size_t row = currentRow();
     const Field& f = table_->fields[size_t(column)];
-    Column& cells = table_->columns[size_t(column)];
     // Coerce first, so a refused value leaves the record as it was.
-    const auto keepOriginal = [&] {
-        if (editMode_ != EditMode::None)
-            return;
+    const QVariant stored = toColumn(value, f.type);
+    if (f.type == DataType::VarWChar && stored.isValid()) {
+        const qsizetype length = static_cast<const QString*>(stored.constData())->size();
+        if (length > f.definedSize)
+            throw Erreur(err::TexteTropLong,
+                         QStringLiteral("Le texte de %1 caractères dépasse la taille de la "
+                                        "colonne « %2 » (%3 caractères).")
+                             .arg(length)
+                             .arg(f.name)
+                             .arg(f.definedSize));
+    }
+    if (editMode_ == EditMode::None) {
         std::vector<QVariant> original;
         original.reserve(table_->columns.size());
         for (const Column& c : table_->columns)
             original.push_back(c.get(row));
         pendingOriginal_ = std::move(original);
         editMode_ = EditMode::InProgress;
-    };
-    if (isNullValue(value)) {
-        keepOriginal();
-        cells.setNull(row);
-        return;
     }
-    switch (f.type) {
-    case DataType::SmallInt: {
-        const qint16 v = toInt16(value);
-        keepOriginal();
-        cells.setInt16(row, v);
-        return;
-    }
-    case DataType::Double: {
-        const double v = toDouble(value);
-        keepOriginal();
-        cells.setDouble(row, v);
-        return;
-    }
-    case DataType::Boolean: {
-        const bool v = toBool(value);
-        keepOriginal();
-        cells.setBool(row, v);
-        return;
-    }
-    case DataType::Date: {
-        const QDateTime v = toDate(value);
-        keepOriginal();
-        cells.setDate(row, v);
-        return;
-    }
-    case DataType::VarWChar:
-        break;
-    }
-    const QString text = value.typeId() == QMetaType::QString
-                             ? *static_cast<const QString*>(value.constData())
-                             : toText(value);
-    if (text.size() > f.definedSize)
-        throw Erreur(err::TexteTropLong,
-                     QStringLiteral("Le texte de %1 caractères dépasse la taille de la "
-                                    "colonne « %2 » (%3 caractères).")
-                         .arg(text.size())
-                         .arg(f.name)
-                         .arg(f.definedSize));
-    keepOriginal();
-    cells.setText(row, text);
+    table_->columns[size_t(column)].set(row, stored);
 }
 
 } // namespace recordset

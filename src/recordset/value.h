@@ -27,7 +27,8 @@ QString typeName(DataType type);
 // Coercions; each throws veldra::Erreur (TypeIncompatible, Depassement, NullIncorrect).
 // A Null input gives Null from toColumn() and NullIncorrect from the typed readers.
 QVariant toColumn(const QVariant& value, DataType type);
-// Whether a value is Null: invalid, or a null pointer.
+// Whether a value is Null: invalid, typed but made without a value (a database's NULL),
+// or a null pointer.
 bool isNullValue(const QVariant& value);
 qint16 toInt16(const QVariant& value);
 double toDouble(const QVariant& value);

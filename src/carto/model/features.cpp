@@ -20,31 +20,22 @@ Features::Features(const Layer* layer, std::vector<qint64> fids) : layer_(layer)
         add(fid);
 }
 
-const std::unordered_set<qint64>& Features::members() const {
-    if (!indexed_) {
-        members_ = std::unordered_set<qint64>(fids_.begin(), fids_.end());
-        indexed_ = true;
-    }
-    return members_;
-}
-
 bool Features::contains(qint64 fid) const {
-    if (ascending_)
-        return std::binary_search(fids_.begin(), fids_.end(), fid);
-    return members().contains(fid);
+    return ascending_ ? std::binary_search(fids_.begin(), fids_.end(), fid)
+                      : members_.contains(fid);
 }
 
 void Features::add(qint64 fid) {
     if (ascending_ && (fids_.empty() || fids_.back() < fid)) {
         fids_.push_back(fid);
-        if (indexed_)
-            members_.insert(fid);
         return;
     }
     if (contains(fid))
         return;
-    members(); // from here on the order no longer answers membership
-    ascending_ = false;
+    if (ascending_) { // from here on the order no longer answers membership
+        members_.insert(fids_.begin(), fids_.end());
+        ascending_ = false;
+    }
     members_.insert(fid);
     fids_.push_back(fid);
 }
@@ -74,15 +65,13 @@ void Features::remove(qint64 fid) {
         return;
     fids_.erase(ascending_ ? std::lower_bound(fids_.begin(), fids_.end(), fid)
                            : std::find(fids_.begin(), fids_.end(), fid));
-    if (indexed_)
-        members_.erase(fid);
+    members_.erase(fid);
 }
 
 void Features::clear() {
     fids_.clear();
     members_.clear();
     ascending_ = true;
-    indexed_ = false;
 }
 
 void Features::intersect(const Features& other) {

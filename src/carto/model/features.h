@@ -3,7 +3,7 @@
 // selections and working sets. It holds FIDs and reads the features from the layer when
 // iterated, so it stays cheap whatever its size. While its FIDs come in ascending order
 // (what every search returns) membership is a binary search; a hash set is built only
-// once a collection gets out of order and is asked about its members.
+// once a collection gets out of order.
 
 #include "carto/model/feature.h"
 
@@ -62,14 +62,11 @@ public:
     const_iterator end() const { return {this, fids_.size()}; }
 
 private:
-    const std::unordered_set<qint64>& members() const;
-
     const Layer* layer_ = nullptr;
     std::vector<qint64> fids_;
     bool ascending_ = true; // fids_ strictly increasing
-    // Built on demand once the FIDs are out of order; empty until then.
-    mutable std::unordered_set<qint64> members_;
-    mutable bool indexed_ = false;
+    // The FIDs again, kept only once they are out of order; empty until then.
+    std::unordered_set<qint64> members_;
 };
 
 } // namespace carto
