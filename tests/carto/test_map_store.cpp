@@ -1,6 +1,7 @@
 // Opening map sets and writing through to them.
 #include "base/erreur.h"
 #include "carto/model/map.h"
+#include "carto/model/update_access.h"
 #include "carto/storage/map_store.h"
 #include "plan_fixture.h"
 
@@ -119,6 +120,67 @@ TEST(MapStore, AnUpdateBracketIsOneTransaction) {
     EXPECT_EQ(after.requireLayer(u"Tombes").search(u"CLETOMBE = \"X\"").count(), 20);
     EXPECT_THROW(plots.endAccess(), veldra::Erreur);
     EXPECT_THROW(plots.beginAccess(3), veldra::Erreur);
+}
+
+// A change of attributes alone takes a shorter way to the file than one that moves the
+// plot: both must leave the same values, and a failed bracket must undo either.
+TEST(MapStore, AttributeChangesAloneAreStoredAsWholeWritesAre) {
+    PlanFixture plans;
+    const QString path = plans.sample(10);
+    const std::vector<std::pair<QString, QVariant>> values{
+        {QStringLiteral("Nom"), QStringLiteral("")}, // empty, not null
+        {QStringLiteral("Numero"), QVariant()},      // null
+        {QStringLiteral("AngleNumero"), 12.5},
+        {QStringLiteral("IDGCF"), 2147483647},
+        {QStringLiteral("CLETOMBE"), QStringLiteral("Clé « n°7 »")}};
+    qint64 alone = -1, moved = -1, undone = -1;
+    QVariant undoneName;
+    {
+        Map map;
+        map.loadMapSet(path);
+        Layer& plots = map.requireLayer(u"Tombes");
+        const Features all = plots.allFeatures();
+        Feature a = all.at(0), m = all.at(1), u = all.at(2);
+        alone = a.fid(), moved = m.fid(), undone = u.fid();
+        undoneName = u.attribute(u"Nom");
+        for (const auto& [column, value] : values) {
+            a.setAttribute(column, value);
+            m.setAttribute(column, value);
+        }
+        m.offset(0.5, 0);
+        plots.beginAccess(1);
+        plots.updateFeature(a);
+        plots.updateFeature(m);
+        plots.endAccess();
+        try {
+            UpdateAccess bracket(map);
+            u.setAttribute(u"Nom", QStringLiteral("Perdu"));
+            plots.updateFeature(u);
+            throw veldra::Erreur(err::AppelIncorrect, QStringLiteral("interrompu"));
+        } catch (const veldra::Erreur&) {
+        }
+        EXPECT_EQ(plots.feature(undone).attribute(u"Nom"), undoneName);
+    }
+    Map map;
+    map.loadMapSet(path);
+    const Layer& plots = map.requireLayer(u"Tombes");
+    for (const auto& [column, value] : values) {
+        const QVariant a = plots.feature(alone).attribute(column);
+        const QVariant m = plots.feature(moved).attribute(column);
+        EXPECT_EQ(a.isNull(), m.isNull()) << column.toStdString();
+        EXPECT_EQ(a, m) << column.toStdString();
+    }
+    EXPECT_TRUE(plots.feature(alone).attribute(u"Numero").isNull());
+    EXPECT_FALSE(plots.feature(alone).attribute(u"Nom").isNull());
+    EXPECT_EQ(plots.feature(alone).attribute(u"AngleNumero").toDouble(), 12.5);
+    EXPECT_EQ(plots.feature(alone).attribute(u"CLETOMBE").toString(),
+              QStringLiteral("Clé « n°7 »"));
+    EXPECT_EQ(plots.feature(undone).attribute(u"Nom"), undoneName);
+    // The plot whose attributes alone changed is still found where it lies.
+    const Feature a = plots.feature(alone);
+    const Features there = plots.searchAtPoint(a.centre());
+    ASSERT_EQ(there.count(), 1);
+    EXPECT_EQ(there.at(0).fid(), alone);
 }
 
 TEST(MapStore, BadSourcesGiveClearErrors) {

@@ -305,7 +305,7 @@ std::shared_ptr<const FeatureData> Layer::storeReplace(qint64 fid,
     if (it == features_.end())
         unknownFeature(name_, QString::number(fid));
     if (!memory_ && map_->store())
-        map_->store()->update(name_, fid, *data, fields_, textField_);
+        map_->store()->update(name_, fid, *data, fields_, textField_, it->second.get());
     std::shared_ptr<const FeatureData> before = it->second;
     const Rect area = before->bounds.united(data->bounds);
     map_->journal(*this, fid, before);

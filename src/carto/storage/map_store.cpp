@@ -12,6 +12,8 @@
 #include <QFileInfo>
 #include <QHash>
 #include <ogr_geometry.h>
+#include <optional>
+#include <sqlite3.h>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -305,6 +307,7 @@ MapStore::MapStore(QString source, std::unique_ptr<GDALDataset, DatasetCloser> d
     : source_(std::move(source)), ds_(std::move(ds)) {}
 
 MapStore::~MapStore() {
+    attributes_.reset(); // its statements, before the connection closes
     if (depth_ > 0 && ds_)
         ds_->RollbackTransaction();
     if (ds_ && wal_) {
@@ -343,6 +346,9 @@ std::unique_ptr<MapStore> MapStore::open(const QString& pathOrConnection) {
         prepareSession(*ds, shown);
     std::unique_ptr<MapStore> store(new MapStore(pathOrConnection, std::move(ds)));
     store->wal_ = geopackage;
+    if (geopackage)
+        if (auto* db = static_cast<sqlite3*>(store->ds_->GetInternalHandle("SQLITE_HANDLE")))
+            store->attributes_ = std::make_unique<AttributeUpdates>(db);
     store->database_ = db;
     GDALDataset& d = *store->ds_;
 
@@ -525,8 +531,79 @@ qint64 MapStore::insert(const QString& layer, const FeatureData& data, const Fie
 }
 
 void MapStore::update(const QString& layer, qint64 fid, const FeatureData& data,
-                      const FieldList& fields, const QString& textField) {
+                      const FieldList& fields, const QString& textField,
+                      const FeatureData* before) {
+    if (before && attributes_ && updateAttributes(layer, fid, data, *before, fields))
+        return;
     writeFeature(layer, fid, data, fields, textField, false);
+}
+
+namespace {
+
+// Same value as far as the stored row goes: the same type, both null or neither.
+bool sameValue(const QVariant& a, const QVariant& b) {
+    return a.metaType() == b.metaType() && a.isNull() == b.isNull() && a == b;
+}
+
+// How a column is written without going through OGR, when it can be: only plain numbers
+// and texts (dates, booleans and small integers keep OGR's own conversions).
+std::optional<AttributeUpdates::Kind> plainKind(const OGRFieldDefn& f, FieldType type) {
+    if (f.GetSubType() != OFSTNone)
+        return std::nullopt;
+    switch (type) {
+    case FieldType::Integer:
+        return f.GetType() == OFTInteger ? std::optional(AttributeUpdates::Kind::Integer)
+                                         : std::nullopt;
+    case FieldType::Integer64:
+        return f.GetType() == OFTInteger64 ? std::optional(AttributeUpdates::Kind::Integer)
+                                           : std::nullopt;
+    case FieldType::Real:
+        return f.GetType() == OFTReal ? std::optional(AttributeUpdates::Kind::Real) : std::nullopt;
+    case FieldType::Text:
+        return f.GetType() == OFTString ? std::optional(AttributeUpdates::Kind::Text)
+                                        : std::nullopt;
+    case FieldType::Date:
+        break;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+bool MapStore::updateAttributes(const QString& name, qint64 fid, const FeatureData& data,
+                                const FeatureData& before, const FieldList& fields) {
+    // A text's text may live in a column: those go through the whole write.
+    if (data.kind == FeatureKind::Text || before.kind != data.kind || before.text != data.text ||
+        before.parts != data.parts)
+        return false;
+    if (data.style != before.style &&
+        (!data.style || !before.style || !(*data.style == *before.style)))
+        return false;
+    const gdal::QuietErrors quiet;
+    OGRLayer* layer = ogrLayer(name);
+    const OGRFeatureDefn* defn = layer->GetLayerDefn();
+    static const QVariant kNull;
+    std::vector<AttributeUpdates::Cell> cells;
+    for (size_t i = 0; i < fields.size(); ++i) {
+        const QVariant& now = i < data.attributes.size() ? data.attributes[i] : kNull;
+        const QVariant& was = i < before.attributes.size() ? before.attributes[i] : kNull;
+        if (sameValue(now, was))
+            continue;
+        const int index = defn->GetFieldIndex(fields[i].name.toUtf8().constData());
+        if (index < 0)
+            continue; // not a column of the table: never written
+        const OGRFieldDefn& column = *defn->GetFieldDefn(index);
+        const auto kind = plainKind(column, fields[i].type);
+        if (!kind)
+            return false;
+        cells.push_back({QByteArray(column.GetNameRef()), *kind, &now});
+    }
+    if (cells.empty())
+        return true;
+    QString why;
+    if (!attributes_->write(layer->GetName(), layer->GetFIDColumn(), fid, cells, &why))
+        failWrite(name, why);
+    return true;
 }
 
 void MapStore::remove(const QString& name, qint64 fid) {

@@ -13,6 +13,7 @@
 
 #include "carto/model/feature_data.h"
 #include "carto/model/layer_info.h"
+#include "carto/storage/attribute_updates.h"
 #include "carto/storage/batched_updates.h"
 
 #include <QString>
@@ -61,11 +62,12 @@ public:
 
     // Writes; a text feature's text goes to `textField` when the layer has that column,
     // into its style otherwise. insert() takes `fid` when it is not negative (a feature
-    // put back) and returns the FID stored. Erreur (EcritureImpossible) when refused.
+    // put back) and returns the FID stored. update() given the feature as stored before
+    // writes only what changed when it can. Erreur (EcritureImpossible) when refused.
     qint64 insert(const QString& layer, const FeatureData& data, const FieldList& fields,
                   const QString& textField, qint64 fid = -1);
     void update(const QString& layer, qint64 fid, const FeatureData& data, const FieldList& fields,
-                const QString& textField);
+                const QString& textField, const FeatureData* before = nullptr);
     void remove(const QString& layer, qint64 fid);
 
     // Transactions nest; only the outermost pair reaches the database. A commit refused
@@ -82,11 +84,15 @@ private:
     bool locked() const;
     [[noreturn]] void failWrite(const QString& layer) const;
     [[noreturn]] void failWrite(const QString& layer, const QString& why) const;
+    // True when only attributes changed and are written (or nothing changed at all).
+    bool updateAttributes(const QString& layer, qint64 fid, const FeatureData& data,
+                          const FeatureData& before, const FieldList& fields);
     qint64 writeFeature(const QString& layer, qint64 fid, const FeatureData& data,
                         const FieldList& fields, const QString& textField, bool create);
 
     QString source_;
     std::unique_ptr<GDALDataset, DatasetCloser> ds_;
+    std::unique_ptr<AttributeUpdates> attributes_; // a GeoPackage's; closed before ds_
     std::vector<LayerEntry> layers_;
     int depth_ = 0;
     bool wal_ = false; // a GeoPackage written through its write-ahead log while open
