@@ -4,6 +4,7 @@
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>
+#include <random>
 
 using namespace carto;
 
@@ -80,6 +81,39 @@ TEST(Layer, SearchesWithinAFeatureByMode) {
               (std::vector<qint64>{g.ids[0], g.ids[1], g.ids[3]}));
     EXPECT_EQ(fids(g.layer.searchWithinFeature(zone, searchmode::CentreWithin)),
               (std::vector<qint64>{g.ids[0], g.ids[1]}));
+}
+
+// firstAtPoint remembers answers by cell; searchAtPoint asks GEOS every time. They must
+// agree everywhere: on borders, in gaps, under overlaps, and after the layer changes.
+TEST(Layer, TheFirstFeatureAtAPointIsTheLowestFidCoveringIt) {
+    Grid g;
+    // Later FIDs: beside the grid a frame with a hole, over it a diamond and a symbol.
+    g.layer.addFeature(Feature::region({{{6, -0.5}, {11, -0.5}, {11, 5.5}, {6, 5.5}},
+                                        {{7, 0.5}, {10, 0.5}, {10, 4.5}, {7, 4.5}}}));
+    g.layer.addFeature(Feature::region({{{2.5, 1}, {4, 2.5}, {2.5, 4}, {1, 2.5}}}));
+    g.layer.addFeature(Feature::symbol({1.5, 3.5}));
+    const auto disagreements = [&] {
+        int wrong = 0;
+        std::mt19937 random(7); // points anywhere, so some fall a hair's breadth off an edge
+        std::uniform_real_distribution<double> x(-1, 12), y(-1, 6);
+        for (int i = 0; i < 40000; ++i) {
+            const Point p{x(random), y(random)};
+            const std::vector<qint64> all = fids(g.layer.searchAtPoint(p));
+            const Feature first = g.layer.firstAtPoint(p);
+            const qint64 expected = all.empty() ? -1 : all.front();
+            if ((first.isValid() ? first.fid() : -1) != expected && ++wrong == 1)
+                ADD_FAILURE() << "at " << p.x << ", " << p.y;
+        }
+        return wrong;
+    };
+    EXPECT_EQ(disagreements(), 0);
+    Feature f = g.layer.feature(g.ids[4]);
+    f.offset(0.25, -0.75);
+    g.layer.updateFeature(f);
+    g.layer.deleteFeature(g.ids[0]);
+    EXPECT_EQ(disagreements(), 0);
+    EXPECT_FALSE(g.layer.firstAtPoint({qQNaN(), 1}).isValid());
+    EXPECT_FALSE(g.layer.firstAtPoint({100, 100}).isValid());
 }
 
 TEST(Layer, TheIndexFollowsMovesAndDeletes) {

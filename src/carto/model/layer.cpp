@@ -1,6 +1,7 @@
 #include "layer.h"
 
 #include "base/erreur.h"
+#include "carto/geometry/ring_cover.h"
 #include "carto/model/conform.h"
 #include "carto/model/edit_commands.h"
 #include "carto/model/map.h"
@@ -452,7 +453,24 @@ Features Layer::searchAtPoint(Point p) const {
     return Features(this, std::move(hits));
 }
 
+qint64 Layer::cellAnswer(const Rect& cell) const {
+    const std::vector<qint64> reaching = index_.intersecting(cell);
+    if (reaching.empty())
+        return PointCells::kNothing;
+    if (reaching.size() == 1) {
+        const FeatureData& d = *features_.at(reaching[0]);
+        if (d.kind == FeatureKind::Region && ringsHoldRect(d.parts, cell))
+            return reaching[0];
+    }
+    return PointCells::kAsk;
+}
+
 Feature Layer::firstAtPoint(Point p) const {
+    if (const qint64 known = cells_.answer(
+            p, [this] { return index_.bounds(); },
+            [this](const Rect& cell) { return cellAnswer(cell); });
+        known != PointCells::kAsk)
+        return known < 0 ? Feature() : Feature(this, known, features_.at(known));
     qint64 first = -1;
     index_.visitContaining(p, [&](qint64 fid) {
         if (first >= 0 && fid > first)
@@ -597,6 +615,7 @@ void Layer::loadFeatures(std::vector<std::pair<qint64, std::shared_ptr<const Fea
 
 void Layer::changed() {
     union_.reset();
+    cells_.clear();
     valueIndex_.clear();
 }
 

@@ -21,6 +21,7 @@
 #include "carto/model/feature_table.h"
 #include "carto/model/features.h"
 #include "carto/model/layer_info.h"
+#include "carto/model/point_cells.h"
 #include "carto/model/spatial_index.h"
 #include "carto/model/style.h"
 
@@ -194,6 +195,8 @@ private:
     void putInMemory(qint64 fid, std::shared_ptr<const FeatureData> data);
     void eraseFromMemory(qint64 fid);
     void changed(); // drops derived caches
+    // What firstAtPoint answers for every point of the cell, or PointCells::kAsk.
+    qint64 cellAnswer(const Rect& cell) const;
     void settingChanged(bool display);
     std::vector<qint64> matching(const Condition& c) const;
     Features equalTo(qsizetype column, const QString& key, bool numeric) const;
@@ -226,6 +229,7 @@ private:
 
     mutable std::optional<Geometry> union_;
     mutable std::unordered_map<qint64, std::unique_ptr<PreparedGeometry>> prepared_;
+    mutable PointCells cells_;
     // (column, numeric) -> normalised value -> FIDs in ascending order.
     mutable std::map<std::pair<qsizetype, bool>, QHash<QString, std::vector<qint64>>> valueIndex_;
 };

@@ -2,6 +2,7 @@
 // under them, prepared and unprepared.
 #include "carto/geometry/geometry.h"
 #include "carto/geometry/prepared.h"
+#include "carto/geometry/ring_cover.h"
 #include "geometry_assert.h"
 
 #include <gtest/gtest.h>
@@ -135,4 +136,34 @@ TEST(PreparedGeometry, SurvivesMoves) {
     plots[0] = std::move(plots[49]);
     EXPECT_TRUE(plots[0].contains(Point{49.5, 0.5}));
     EXPECT_FALSE(plots[0].contains(Point{0.5, 0.5}));
+}
+
+// The cells' test must never say "covered" where GEOS would not: compared with prepared
+// covers on every cell of a lattice, it may only be more cautious.
+TEST(RingsHoldRect, NeverClaimsMoreThanGeosCovers) {
+    const std::vector<std::vector<std::vector<Point>>> regions{
+        {{{0, 0}, {4, 0}, {4, 4}, {0, 4}}},                                           // open square
+        {{{0, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}}, {{1, 1}, {3, 1}, {3, 3}, {1, 3}}}, // hole
+        {{{2, -1}, {5, 2}, {2, 5}, {-1, 2}}},                                         // diamond
+        {{{0, 0}, {4, 4}, {4, 0}, {0, 4}}},                                           // bowtie
+    };
+    for (const auto& rings : regions) {
+        const PreparedGeometry region(Geometry::fromRings(rings));
+        int held = 0;
+        for (double x = -1.5; x < 5.5; x += 0.35)
+            for (double y = -1.5; y < 5.5; y += 0.35) {
+                const Rect cell{x, y, x + 0.3, y + 0.3};
+                const bool cheap = ringsHoldRect(rings, cell);
+                held += cheap;
+                if (cheap) {
+                    EXPECT_TRUE(region.covers(Geometry::rectangle(cell))) << x << ' ' << y;
+                }
+            }
+        EXPECT_GT(held, 5); // and it does say so for cells well inside
+    }
+    const std::vector<std::vector<Point>> square{{{0, 0}, {4, 0}, {4, 4}, {0, 4}}};
+    EXPECT_TRUE(ringsHoldRect(square, {1, 1, 2, 2}));
+    EXPECT_FALSE(ringsHoldRect(square, {0, 1, 1, 2}));     // on the border
+    EXPECT_FALSE(ringsHoldRect(square, {3, 3, 4.5, 3.5})); // across it
+    EXPECT_FALSE(ringsHoldRect(square, Rect{}));
 }
