@@ -224,8 +224,15 @@ void Recordset::setValue(qsizetype column, const QVariant& value) {
                      QStringLiteral("La colonne n° %1 est introuvable.").arg(column));
     const size_t row = currentRow();
     const Field& f = table_->fields[size_t(column)];
-    // Coerce first, so a refused value leaves the record as it was.
-    const QVariant stored = toColumn(value, f.type);
+    // Coerce first, so a refused value leaves the record as it was. A text or a real
+    // given to a column of its own type is stored as it comes.
+    const bool ready = !value.data_ptr().is_null &&
+                       ((f.type == DataType::VarWChar && value.typeId() == QMetaType::QString) ||
+                        (f.type == DataType::Double && value.typeId() == QMetaType::Double));
+    QVariant coerced;
+    if (!ready)
+        coerced = toColumn(value, f.type);
+    const QVariant& stored = ready ? value : coerced;
     if (f.type == DataType::VarWChar && stored.isValid()) {
         const qsizetype length = static_cast<const QString*>(stored.constData())->size();
         if (length > f.definedSize)
