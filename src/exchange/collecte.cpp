@@ -46,17 +46,20 @@ public:
         }
         const carto::Point centre = section && allee ? carto::Point{} : t.centre();
         rs_->addNew();
-        rs_->setValue(colonnes_[0], section ? *section : SectionAuPoint(ctx_, centre));
-        rs_->setValue(colonnes_[1], allee ? *allee : AlleeAuPoint(ctx_, centre));
+        rs_->setText(colonnes_[0], section ? *section : SectionAuPoint(ctx_, centre));
+        rs_->setText(colonnes_[1], allee ? *allee : AlleeAuPoint(ctx_, centre));
         rs_->setValue(colonnes_[2], attribut(t, 0));
         rs_->setValue(colonnes_[3], idgcf ? *idgcf : attribut(t, 1));
-        rs_->setValue(colonnes_[4], t.fid());
-        rs_->setValue(colonnes_[5], t.area());
-        rs_->setValue(colonnes_[6], tronque5(d1));
-        rs_->setValue(colonnes_[7], tronque5(d2));
+        rs_->setNumber(colonnes_[4], double(t.fid()));
+        rs_->setNumber(colonnes_[5], t.area());
+        rs_->setNumber(colonnes_[6], tronque5(d1));
+        rs_->setNumber(colonnes_[7], tronque5(d2));
         rs_->setValue(colonnes_[8], attribut(t, 2));
         rs_->update();
     }
+
+    // Room for every plot of a whole-layer collection.
+    void prevoit(qsizetype records) { rs_->reserve(records); }
 
     void pas() {
         if (jauge_)
@@ -72,9 +75,14 @@ public:
 private:
     static constexpr QStringView kAttributs[] = {u"Numero", u"IdGCF", u"Nom"};
 
-    // By the column index found once per layer; by name (and its error) when absent.
-    QVariant attribut(const carto::Feature& t, size_t i) const {
-        return attributs_[i] >= 0 ? t.attributeAt(attributs_[i]) : t.attribute(kAttributs[i]);
+    // By the column index found once per layer, without copying it; by name (and its
+    // error) when absent.
+    const QVariant& attribut(const carto::Feature& t, size_t i) {
+        const auto& valeurs = t.data().attributes;
+        if (attributs_[i] >= 0 && size_t(attributs_[i]) < valeurs.size())
+            return valeurs[size_t(attributs_[i])];
+        lue_ = attributs_[i] >= 0 ? QVariant() : t.attribute(kAttributs[i]);
+        return lue_;
     }
 
     Contexte& ctx_;
@@ -83,6 +91,7 @@ private:
     std::vector<qsizetype> colonnes_;
     const carto::Layer* calque_ = nullptr;
     qsizetype attributs_[3] = {-1, -1, -1};
+    QVariant lue_;
 };
 
 bool estRegion(const carto::Feature& f) {
@@ -130,9 +139,10 @@ RecordsetPtr collecte(Contexte& ctx, const QString& sType, const QString& param,
             if (tout)
                 c.pas();
         };
-        if (tout)
+        if (tout) {
+            c.prevoit(tombes.featureCount());
             tombes.forEachFeature(une);
-        else
+        } else
             for (const carto::Feature& t : tombes.selection())
                 une(t);
     } else if (sType == QLatin1String("S")) {

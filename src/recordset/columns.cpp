@@ -82,4 +82,40 @@ void Column::set(size_t row, const QVariant& stored) {
     }
 }
 
+void Column::setText(size_t row, const QString& text) {
+    null_[row] = 0;
+    text_[row] = text;
+}
+
+void Column::setDouble(size_t row, double number) {
+    null_[row] = 0;
+    double_[row] = number;
+}
+
+void Column::setInt16(size_t row, qint16 number) {
+    null_[row] = 0;
+    int16_[row] = number;
+}
+
+void Column::reserve(size_t rows) {
+    null_.reserve(rows);
+    switch (type_) {
+    case DataType::SmallInt:
+        int16_.reserve(rows);
+        break;
+    case DataType::Double:
+        double_.reserve(rows);
+        break;
+    case DataType::Boolean:
+        bool_.reserve(rows);
+        break;
+    case DataType::Date:
+        date_.reserve(rows);
+        break;
+    case DataType::VarWChar:
+        text_.reserve(rows);
+        break;
+    }
+}
+
 } // namespace recordset

@@ -24,6 +24,11 @@ public:
     QVariant get(size_t row) const;
     // Stores a value already made what the column holds (toColumn's result) or Null.
     void set(size_t row, const QVariant& stored);
+    // In a column of that type.
+    void setText(size_t row, const QString& text);
+    void setDouble(size_t row, double number);
+    void setInt16(size_t row, qint16 number);
+    void reserve(size_t rows);
 
 private:
     DataType type_;

@@ -3,6 +3,7 @@
 #include "base/erreur.h"
 #include "columns.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace recordset {
@@ -218,12 +219,8 @@ void Recordset::setValue(QStringView name, const QVariant& value) {
 }
 
 void Recordset::setValue(qsizetype column, const QVariant& value) {
-    requireOpen();
-    if (column < 0 || column >= qsizetype(table_->fields.size()))
-        throw Erreur(err::ChampInconnu,
-                     QStringLiteral("La colonne n° %1 est introuvable.").arg(column));
+    const Field& f = writable(column);
     const size_t row = currentRow();
-    const Field& f = table_->fields[size_t(column)];
     // Coerce first, so a refused value leaves the record as it was. A text or a real
     // given to a column of its own type is stored as it comes.
     const bool ready = !value.data_ptr().is_null &&
@@ -233,25 +230,72 @@ void Recordset::setValue(qsizetype column, const QVariant& value) {
     if (!ready)
         coerced = toColumn(value, f.type);
     const QVariant& stored = ready ? value : coerced;
-    if (f.type == DataType::VarWChar && stored.isValid()) {
-        const qsizetype length = static_cast<const QString*>(stored.constData())->size();
-        if (length > f.definedSize)
-            throw Erreur(err::TexteTropLong,
-                         QStringLiteral("Le texte de %1 caractères dépasse la taille de la "
-                                        "colonne « %2 » (%3 caractères).")
-                             .arg(length)
-                             .arg(f.name)
-                             .arg(f.definedSize));
-    }
-    if (editMode_ == EditMode::None) {
-        std::vector<QVariant> original;
-        original.reserve(table_->columns.size());
-        for (const Column& c : table_->columns)
-            original.push_back(c.get(row));
-        pendingOriginal_ = std::move(original);
-        editMode_ = EditMode::InProgress;
-    }
+    if (f.type == DataType::VarWChar && stored.isValid())
+        checkLength(f, static_cast<const QString*>(stored.constData())->size());
+    beginEdit(row);
     table_->columns[size_t(column)].set(row, stored);
+}
+
+void Recordset::setText(qsizetype column, const QString& text) {
+    const Field& f = writable(column);
+    if (f.type != DataType::VarWChar)
+        return setValue(column, QVariant(text));
+    const size_t row = currentRow();
+    checkLength(f, text.size());
+    beginEdit(row);
+    table_->columns[size_t(column)].setText(row, text);
+}
+
+void Recordset::setNumber(qsizetype column, double number) {
+    const DataType type = writable(column).type;
+    if (type != DataType::Double && type != DataType::SmallInt)
+        return setValue(column, QVariant(number));
+    const size_t row = currentRow();
+    Column& c = table_->columns[size_t(column)];
+    if (type == DataType::SmallInt) {
+        const qint16 n = toInt16(number); // before the edit begins: it may refuse
+        beginEdit(row);
+        c.setInt16(row, n);
+        return;
+    }
+    beginEdit(row);
+    c.setDouble(row, number);
+}
+
+void Recordset::reserve(qsizetype rows) {
+    requireOpen();
+    for (Column& c : table_->columns)
+        c.reserve(size_t(std::max<qsizetype>(rows, 0)));
+}
+
+const Field& Recordset::writable(qsizetype column) const {
+    requireOpen();
+    if (column < 0 || column >= qsizetype(table_->fields.size()))
+        throw Erreur(err::ChampInconnu,
+                     QStringLiteral("La colonne n° %1 est introuvable.").arg(column));
+    return table_->fields[size_t(column)];
+}
+
+void Recordset::checkLength(const Field& f, qsizetype length) {
+    if (length > f.definedSize)
+        throw Erreur(err::TexteTropLong,
+                     QStringLiteral("Le texte de %1 caractères dépasse la taille de la "
+                                    "colonne « %2 » (%3 caractères).")
+                         .arg(length)
+                         .arg(f.name)
+                         .arg(f.definedSize));
+}
+
+// The first change to a record outside an add keeps what it held, for cancelUpdate.
+void Recordset::beginEdit(size_t row) {
+    if (editMode_ != EditMode::None)
+        return;
+    std::vector<QVariant> original;
+    original.reserve(table_->columns.size());
+    for (const Column& c : table_->columns)
+        original.push_back(c.get(row));
+    pendingOriginal_ = std::move(original);
+    editMode_ = EditMode::InProgress;
 }
 
 } // namespace recordset

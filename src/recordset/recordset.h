@@ -67,6 +67,12 @@ public:
     QVariant value(qsizetype column) const;
     void setValue(QStringView name, const QVariant& value);
     void setValue(qsizetype column, const QVariant& value);
+    // The same for a text or a real, without a variant per cell when the column holds
+    // that type; any other column takes it as setValue would.
+    void setText(qsizetype column, const QString& text);
+    void setNumber(qsizetype column, double number);
+    // Room for that many records, for a fill whose size is known.
+    void reserve(qsizetype rows);
 
 private:
     struct Table;
@@ -74,6 +80,9 @@ private:
     void requireOpen() const;
     qsizetype columnOf(QStringView name) const;
     size_t currentRow() const; // its index; PasDEnregistrement when there is none
+    const Field& writable(qsizetype column) const; // ObjetFerme, ChampInconnu
+    static void checkLength(const Field& f, qsizetype length);
+    void beginEdit(size_t row);
 
     std::shared_ptr<Table> table_;
     State state_ = State::Closed;

@@ -109,7 +109,10 @@ QString typeName(DataType type) {
 }
 
 qint16 toInt16(const QVariant& value) {
-    const double d = numberOf(value);
+    return toInt16(numberOf(value));
+}
+
+qint16 toInt16(double d) {
     if (!std::isfinite(d))
         overflow();
     // Half to even, as the platform rounds into integers.

@@ -31,6 +31,7 @@ QVariant toColumn(const QVariant& value, DataType type);
 // or a null pointer.
 bool isNullValue(const QVariant& value);
 qint16 toInt16(const QVariant& value);
+qint16 toInt16(double number);
 double toDouble(const QVariant& value);
 bool toBool(const QVariant& value);
 QString toText(const QVariant& value);

@@ -3,6 +3,7 @@
 #include "recordset/recordset.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 
 using namespace recordset;
 using veldra::Erreur;
@@ -162,6 +163,48 @@ TEST(Recordset, EveryColumnTypeStoresRestoresAndDropsItsOwnCells) {
     EXPECT_EQ(rs.value(0).toString(), "r2");
     EXPECT_EQ(rs.value(2).toDouble(), 2.5);
     EXPECT_EQ(rs.recordCount(), 3);
+}
+
+// The typed setters of a bulk fill store and refuse exactly what setValue does, in every
+// column, and an edit they start is cancelled like any other.
+TEST(Recordset, TypedSettersAgreeWithSetValue) {
+    auto viaVariant = plots(1);
+    auto typed = plots(1);
+    typed->reserve(1000); // room only: no records appear
+    EXPECT_EQ(typed->recordCount(), 1);
+    const auto same = [&](qsizetype column, auto set, const QVariant& value) {
+        viaVariant->moveFirst();
+        typed->moveFirst();
+        const qint32 expected = errorOf([&] { viaVariant->setValue(column, value); });
+        EXPECT_EQ(errorOf([&] { set(); }), expected) << column << value.toString().toStdString();
+        // As texts, so that a stored NaN compares equal to itself.
+        EXPECT_EQ(typed->value(column).typeId(), viaVariant->value(column).typeId());
+        EXPECT_EQ(typed->value(column).toString(), viaVariant->value(column).toString());
+        viaVariant->update();
+        typed->update();
+    };
+    for (const double d : {2.5, 3.5, -0.5, 32767.4, 32767.6, -32768.0, 1e300, 12.25,
+                           std::numeric_limits<double>::quiet_NaN()})
+        for (qsizetype column : {0, 1, 2})
+            same(
+                column, [&] { typed->setNumber(column, d); }, QVariant(d));
+    for (const QString& s :
+         {QString(), QString(""), QStringLiteral("12345"), QStringLiteral("123456"),
+          QStringLiteral("7,5"), QStringLiteral("douze")})
+        for (qsizetype column : {0, 1, 2})
+            same(
+                column, [&] { typed->setText(column, s); }, QVariant(s));
+    EXPECT_EQ(errorOf([&] { typed->setText(3, QString()); }), err::ChampInconnu);
+    EXPECT_EQ(errorOf([&] { typed->setNumber(-1, 0); }), err::ChampInconnu);
+
+    typed->moveFirst();
+    const QVariant before = typed->value(u"AIRE");
+    typed->setNumber(2, 99);
+    typed->setText(0, QStringLiteral("z"));
+    EXPECT_EQ(typed->editMode(), EditMode::InProgress);
+    typed->cancelUpdate();
+    EXPECT_EQ(typed->value(u"AIRE"), before);
+    EXPECT_EQ(typed->value(u"NUM").toString(), viaVariant->value(u"NUM").toString());
 }
 
 TEST(Recordset, CloneHasItsOwnCursorAndSurvivesTheOriginalsClose) {
