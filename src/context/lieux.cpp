@@ -9,29 +9,43 @@ namespace veldra {
 
 namespace {
 
-QString nomAuPoint(const carto::Layer* calque, carto::Point centre) {
+const QString& aucun() {
+    static const QString kAucun = QStringLiteral("-1");
+    return kAucun;
+}
+
+// The name of the first region at the point; through `connus`, by FID, when given.
+QString nomAuPoint(const carto::Layer* calque, carto::Point centre,
+                   std::unordered_map<qint64, QString>* connus = nullptr) {
     if (!calque)
-        return QStringLiteral("-1");
+        return aucun();
     const carto::Feature premier = calque->firstAtPoint(centre);
-    return premier.isValid() ? premier.attribute(u"Nom").toString() : QStringLiteral("-1");
+    if (!premier.isValid())
+        return aucun();
+    if (!connus)
+        return premier.attribute(u"Nom").toString();
+    auto [it, nouveau] = connus->try_emplace(premier.fid());
+    if (nouveau)
+        it->second = premier.attribute(u"Nom").toString();
+    return it->second;
 }
 
 } // namespace
 
-QString SectionAuPoint(Contexte& ctx, carto::Point centre) {
-    return nomAuPoint(ctx.v.Calque_Sections, centre);
-}
-
-QString AlleeAuPoint(Contexte& ctx, carto::Point centre) {
-    return nomAuPoint(ctx.v.Calque_Allees, centre);
-}
-
 QString SectionDuTerrain(Contexte& ctx, const carto::Feature& terrain) {
-    return SectionAuPoint(ctx, terrain.centre());
+    return nomAuPoint(ctx.v.Calque_Sections, terrain.centre());
 }
 
 QString AlleeDuTerrain(Contexte& ctx, const carto::Feature& terrain) {
-    return AlleeAuPoint(ctx, terrain.centre());
+    return nomAuPoint(ctx.v.Calque_Allees, terrain.centre());
+}
+
+QString LieuxConnus::section(carto::Point centre) {
+    return nomAuPoint(ctx_.v.Calque_Sections, centre, &sections_);
+}
+
+QString LieuxConnus::allee(carto::Point centre) {
+    return nomAuPoint(ctx_.v.Calque_Allees, centre, &allees_);
 }
 
 double DistancePoints(carto::Point p1, carto::Point p2) {

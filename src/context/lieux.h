@@ -5,6 +5,7 @@
 #include "carto/geometry/point.h"
 
 #include <QString>
+#include <unordered_map>
 
 namespace carto {
 class Feature;
@@ -18,9 +19,20 @@ class Contexte;
 // none or the plan has no such layer.
 QString SectionDuTerrain(Contexte& ctx, const carto::Feature& terrain);
 QString AlleeDuTerrain(Contexte& ctx, const carto::Feature& terrain);
-// The same from a centre already known, for loops that ask both of one feature.
-QString SectionAuPoint(Contexte& ctx, carto::Point centre);
-QString AlleeAuPoint(Contexte& ctx, carto::Point centre);
 double DistancePoints(carto::Point p1, carto::Point p2);
+
+// The same at a point, for a loop over many plots: each section's and alley's name is
+// read once and then shared. Only while the plan is not edited (under a read bracket).
+class LieuxConnus {
+public:
+    explicit LieuxConnus(Contexte& ctx) : ctx_(ctx) {}
+    QString section(carto::Point centre);
+    QString allee(carto::Point centre);
+
+private:
+    Contexte& ctx_;
+    std::unordered_map<qint64, QString> sections_;
+    std::unordered_map<qint64, QString> allees_;
+};
 
 } // namespace veldra

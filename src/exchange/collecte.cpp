@@ -20,7 +20,7 @@ using Lecture = carto::ReadAccess;
 
 class Collecte {
 public:
-    Collecte(Contexte& ctx, bool jauge) : ctx_(ctx), jauge_(jauge) {
+    Collecte(Contexte& ctx, bool jauge) : ctx_(ctx), jauge_(jauge), lieux_(ctx) {
         rs_ = recordset::fromFieldSpec(QString::fromLatin1(kSpecCollecte));
         for (const char* nom : {"Section", "Allee", "Num", "IdGCF", "IdMapInfo", "Aire", "Longueur",
                                 "Largeur", "Nom"})
@@ -46,8 +46,8 @@ public:
         }
         const carto::Point centre = section && allee ? carto::Point{} : t.centre();
         rs_->addNew();
-        rs_->setText(colonnes_[0], section ? *section : SectionAuPoint(ctx_, centre));
-        rs_->setText(colonnes_[1], allee ? *allee : AlleeAuPoint(ctx_, centre));
+        rs_->setText(colonnes_[0], section ? *section : lieux_.section(centre));
+        rs_->setText(colonnes_[1], allee ? *allee : lieux_.allee(centre));
         rs_->setValue(colonnes_[2], attribut(t, 0));
         rs_->setValue(colonnes_[3], idgcf ? *idgcf : attribut(t, 1));
         rs_->setNumber(colonnes_[4], double(t.fid()));
@@ -75,23 +75,18 @@ public:
 private:
     static constexpr QStringView kAttributs[] = {u"Numero", u"IdGCF", u"Nom"};
 
-    // By the column index found once per layer, without copying it; by name (and its
-    // error) when absent.
-    const QVariant& attribut(const carto::Feature& t, size_t i) {
-        const auto& valeurs = t.data().attributes;
-        if (attributs_[i] >= 0 && size_t(attributs_[i]) < valeurs.size())
-            return valeurs[size_t(attributs_[i])];
-        lue_ = attributs_[i] >= 0 ? QVariant() : t.attribute(kAttributs[i]);
-        return lue_;
+    // By the column index found once per layer; by name (and its error) when absent.
+    QVariant attribut(const carto::Feature& t, size_t i) const {
+        return attributs_[i] >= 0 ? t.attributeAt(attributs_[i]) : t.attribute(kAttributs[i]);
     }
 
     Contexte& ctx_;
     bool jauge_;
+    LieuxConnus lieux_;
     RecordsetPtr rs_;
     std::vector<qsizetype> colonnes_;
     const carto::Layer* calque_ = nullptr;
     qsizetype attributs_[3] = {-1, -1, -1};
-    QVariant lue_;
 };
 
 bool estRegion(const carto::Feature& f) {

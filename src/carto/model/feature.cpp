@@ -331,16 +331,13 @@ QVariant Feature::attribute(QStringView name) const {
 }
 
 QVariant Feature::attributeAt(qsizetype i) const {
-    const auto& attrs = data().attributes;
-    return size_t(i) < attrs.size() ? attrs[size_t(i)] : QVariant();
+    return i >= 0 ? data().attributes[size_t(i)] : QVariant();
 }
 
 void Feature::setAttribute(QStringView name, const QVariant& value) {
     const qsizetype i = column(name);
     FeatureData& d = edit();
-    if (d.attributes.size() <= size_t(i))
-        d.attributes.resize(size_t(i) + 1);
-    d.attributes[size_t(i)] = value;
+    d.attributes.set(size_t(i), value);
 }
 
 QVariant Feature::keyValue() const {

@@ -3,6 +3,7 @@
 // handed out (copy on write), so enumerating a large layer copies no geometry.
 
 #include "carto/geometry/point.h"
+#include "carto/model/attribute_values.h"
 #include "carto/geometry/rect.h"
 #include "carto/model/style.h"
 
@@ -26,7 +27,7 @@ struct FeatureData {
     FeatureKind kind = FeatureKind::Region;
     Parts parts;
     std::shared_ptr<const Style> style;
-    std::vector<QVariant> attributes; // by the layer's column order
+    AttributeValues attributes; // by the layer's column order
     QString text;                     // texts only
 
     // Derived, kept with the data: recomputed whenever the data changes.

@@ -176,25 +176,23 @@ std::shared_ptr<const FeatureData> Layer::conform(const Feature& f,
     auto data = std::make_shared<FeatureData>(src);
     if (!data->style)
         data->style = std::make_shared<const Style>(map_->defaultStyle);
-    if (f.layer() != this) {
-        // Attributes follow their column names into this layer.
-        data->attributes.assign(fields_.size(), QVariant());
-        if (const Layer* from = f.layer())
-            for (size_t i = 0; i < fields_.size(); ++i)
-                if (const qsizetype j = from->fieldIndex(fields_[i].name);
-                    j >= 0 && size_t(j) < src.attributes.size())
-                    data->attributes[i] = src.attributes[size_t(j)];
-    } else {
-        data->attributes.resize(fields_.size());
-    }
     try {
-        for (size_t i = 0; i < fields_.size(); ++i)
-            data->attributes[i] = columnValue(fields_[i], data->attributes[i]);
-        if (const qsizetype t = fieldIndex(textField_); t >= 0 && data->kind == FeatureKind::Text) {
-            // The text lives in its column: as wide as it, and the column says the same.
+        const qsizetype t = data->kind == FeatureKind::Text ? fieldIndex(textField_) : -1;
+        // The text lives in its column: as wide as it, and the column says the same.
+        if (t >= 0)
             data->text = cutToWidth(data->text, fields_[size_t(t)].width);
-            data->attributes[size_t(t)] = data->text;
+        // Attributes follow their column names into another layer.
+        const Layer* from = f.layer();
+        AttributeValues::Builder values;
+        for (size_t i = 0; i < fields_.size(); ++i) {
+            const qsizetype j = from == this ? qsizetype(i)
+                                : from       ? from->fieldIndex(fields_[i].name)
+                                             : -1;
+            const QVariant v =
+                columnValue(fields_[i], j >= 0 ? src.attributes[size_t(j)] : QVariant());
+            values.add(qsizetype(i) == t ? QVariant(data->text) : v);
         }
+        data->attributes = values.build();
         settleShape(*data,
                     !replaced || replaced->kind != data->kind || replaced->parts != data->parts);
     } catch (const Erreur& e) {

@@ -50,7 +50,7 @@ bool AttributeUpdates::write(const QByteArray& table, const QByteArray& fidColum
         return false;
     int i = 1;
     for (const Cell& c : cells) {
-        const QVariant& v = *c.value;
+        const QVariant& v = c.value;
         if (!v.isValid() || v.isNull())
             sqlite3_bind_null(s, i);
         else if (c.kind == Kind::Integer)

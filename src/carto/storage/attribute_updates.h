@@ -24,7 +24,7 @@ public:
     struct Cell {
         QByteArray column;
         Kind kind;
-        const QVariant* value; // null or invalid: SQL NULL
+        QVariant value; // null or invalid: SQL NULL
     };
 
     // `db` stays owned by its dataset, which must outlive this object.

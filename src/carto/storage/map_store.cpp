@@ -15,8 +15,6 @@
 #include <optional>
 #include <sqlite3.h>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 
 namespace carto {
 
@@ -220,59 +218,26 @@ std::unique_ptr<OGRGeometry> ogrGeometry(const FeatureData& d) {
     return multi;
 }
 
-// Texts read from one column, shared while they repeat (plot numbers, section letters):
-// equal texts then hold one copy. A column whose values turn out mostly distinct stops
-// being pooled, so keys and numbers cost no look-up.
-class TextPool {
-public:
-    QString text(const char* utf8) {
-        if (!pooling_)
-            return QString::fromUtf8(utf8);
-        const std::string_view key(utf8);
-        auto it = pool_.find(key);
-        if (it == pool_.end()) {
-            it = pool_.emplace(std::string(key), QString::fromUtf8(utf8)).first;
-            if (++looked_ >= kTrial && pool_.size() * 2 > looked_) {
-                pooling_ = false;
-                pool_.clear();
-                return QString::fromUtf8(utf8);
-            }
-        } else {
-            ++looked_;
-        }
-        return it->second;
-    }
-
-private:
-    static constexpr size_t kTrial = 1000;
-    struct Hash {
-        using is_transparent = void;
-        size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
-    };
-    std::unordered_map<std::string, QString, Hash, std::equal_to<>> pool_;
-    size_t looked_ = 0;
-    bool pooling_ = true;
-};
-
-QVariant readField(const OGRFeature& f, int i, OGRFieldType type, TextPool& texts) {
+// One column's value into the feature's attribute block: texts decoded straight into it.
+void readField(AttributeValues::Builder& values, const OGRFeature& f, int i, OGRFieldType type) {
     if (!f.IsFieldSetAndNotNull(i))
-        return {};
+        return values.addNull();
     switch (type) {
     case OFTInteger:
-        return f.GetFieldAsInteger(i);
+        return values.addInt(f.GetFieldAsInteger(i));
     case OFTInteger64:
-        return qlonglong(f.GetFieldAsInteger64(i));
+        return values.addInt64(f.GetFieldAsInteger64(i));
     case OFTReal:
-        return f.GetFieldAsDouble(i);
+        return values.addReal(f.GetFieldAsDouble(i));
     case OFTDate:
     case OFTDateTime: {
         int y = 0, mo = 0, d = 0, h = 0, mi = 0, tz = 0;
         float s = 0;
         f.GetFieldAsDateTime(i, &y, &mo, &d, &h, &mi, &s, &tz);
-        return QDateTime(QDate(y, mo, d), QTime(h, mi, int(s)));
+        return values.add(QDateTime(QDate(y, mo, d), QTime(h, mi, int(s))));
     }
     default:
-        return texts.text(f.GetFieldAsString(i));
+        return values.addUtf8(f.GetFieldAsString(i));
     }
 }
 
@@ -423,7 +388,7 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
     QHash<QByteArray, std::pair<std::shared_ptr<const Style>, ParsedStyle>> styles;
     const std::pair<std::shared_ptr<const Style>, ParsedStyle>* previousStyle = nullptr;
     QByteArray previousStyleText;
-    std::vector<TextPool> pools(fields.size());
+    AttributeValues::Builder values;
     Read read;
     if (!defaultTextColumn.isEmpty() && columnOf(defaultTextColumn) >= 0)
         read.textField = fields[size_t(columnOf(defaultTextColumn))].name;
@@ -457,10 +422,13 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
         const ParsedStyle& parsed = previousStyle->second;
         if (parsed.kind && data->kind == FeatureKind::Symbol)
             data->kind = *parsed.kind;
-        data->attributes.resize(fields.size());
-        for (size_t i = 0; i < fields.size(); ++i)
+        for (size_t i = 0; i < fields.size(); ++i) {
             if (sourceIndex[i] >= 0)
-                data->attributes[i] = readField(*f, sourceIndex[i], sourceType[i], pools[i]);
+                readField(values, *f, sourceIndex[i], sourceType[i]);
+            else
+                values.addNull();
+        }
+        data->attributes = values.build();
         if (data->kind == FeatureKind::Text) {
             // The style names the column holding the text, or holds the text itself.
             const qsizetype column =
@@ -582,11 +550,10 @@ bool MapStore::updateAttributes(const QString& name, qint64 fid, const FeatureDa
     const gdal::QuietErrors quiet;
     OGRLayer* layer = ogrLayer(name);
     const OGRFeatureDefn* defn = layer->GetLayerDefn();
-    static const QVariant kNull;
     std::vector<AttributeUpdates::Cell> cells;
     for (size_t i = 0; i < fields.size(); ++i) {
-        const QVariant& now = i < data.attributes.size() ? data.attributes[i] : kNull;
-        const QVariant& was = i < before.attributes.size() ? before.attributes[i] : kNull;
+        QVariant now = data.attributes[i]; // Null past the end
+        const QVariant was = before.attributes[i];
         if (sameValue(now, was))
             continue;
         const int index = defn->GetFieldIndex(fields[i].name.toUtf8().constData());
@@ -596,7 +563,7 @@ bool MapStore::updateAttributes(const QString& name, qint64 fid, const FeatureDa
         const auto kind = plainKind(column, fields[i].type);
         if (!kind)
             return false;
-        cells.push_back({QByteArray(column.GetNameRef()), *kind, &now});
+        cells.push_back({QByteArray(column.GetNameRef()), *kind, std::move(now)});
     }
     if (cells.empty())
         return true;

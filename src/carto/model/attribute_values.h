@@ -1,0 +1,102 @@
+#pragma once
+// A feature's attribute values in one block: eight bytes and a kind byte per value, the
+// characters of its texts after them. A plot's attributes take about a third of the memory
+// of a vector of variants, in one allocation instead of one per value and per text.
+// Values read back as the variants they were given as: numbers, booleans and texts are
+// unboxed; any other type (a date, a typed null) is kept as a variant inside the block.
+
+#include <QString>
+#include <QStringView>
+#include <QVariant>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <vector>
+
+namespace carto {
+
+class AttributeValues {
+public:
+    AttributeValues() noexcept = default;
+    explicit AttributeValues(const std::vector<QVariant>& values);
+    AttributeValues(const AttributeValues& other);
+    AttributeValues& operator=(const AttributeValues& other);
+    AttributeValues(AttributeValues&&) noexcept = default;
+    AttributeValues& operator=(AttributeValues&&) noexcept = default;
+    ~AttributeValues() = default;
+
+    size_t size() const;
+    bool empty() const { return size() == 0; }
+    // The value at i; Null past the end.
+    QVariant operator[](size_t i) const;
+    // Replaces the value at i, growing with Nulls when i is past the end.
+    void set(size_t i, const QVariant& value);
+    // Cuts or grows (with Nulls) to n values.
+    void resize(size_t n);
+
+    friend bool operator==(const AttributeValues& a, const AttributeValues& b);
+
+    class const_iterator {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = QVariant;
+        using difference_type = std::ptrdiff_t;
+        using pointer = void;
+        using reference = QVariant;
+        const_iterator() = default;
+        const_iterator(const AttributeValues* values, size_t i) : values_(values), i_(i) {}
+        QVariant operator*() const { return (*values_)[i_]; }
+        const_iterator& operator++() {
+            ++i_;
+            return *this;
+        }
+        const_iterator operator++(int) {
+            const_iterator before = *this;
+            ++i_;
+            return before;
+        }
+        bool operator==(const const_iterator& o) const { return i_ == o.i_; }
+
+    private:
+        const AttributeValues* values_ = nullptr;
+        size_t i_ = 0;
+    };
+    const_iterator begin() const { return {this, 0}; }
+    const_iterator end() const { return {this, size()}; }
+
+    // Gathers one feature's values, then makes the block; reused from feature to feature,
+    // so reading a layer allocates one block per feature and nothing else.
+    class Builder {
+    public:
+        void addNull();
+        void addInt(int v);
+        void addInt64(qint64 v);
+        void addReal(double v);
+        void addText(QStringView text); // a null QString stays null
+        void addUtf8(const char* utf8);
+        void add(const QVariant& v);
+        size_t size() const { return kinds_.size(); }
+        // The values added since the last build, then empty again.
+        AttributeValues build();
+
+    private:
+        void push(std::uint8_t kind, std::uint64_t cell);
+
+        std::vector<std::uint64_t> cells_;
+        std::vector<std::uint8_t> kinds_;
+        std::vector<char16_t> chars_;
+        std::vector<QVariant> boxed_;
+    };
+
+private:
+    struct Header;
+    struct Release {
+        void operator()(Header* h) const;
+    };
+    const Header* header() const { return block_.get(); }
+
+    std::unique_ptr<Header, Release> block_;
+};
+
+} // namespace carto

@@ -1,0 +1,103 @@
+// A feature's attribute block gives back every value as the variant it was given as.
+#include "carto/model/attribute_values.h"
+
+#include <QDateTime>
+#include <gtest/gtest.h>
+#include <limits>
+
+using carto::AttributeValues;
+
+namespace {
+
+// Same type, same null-ness, same value (NaN included).
+void expectSame(const QVariant& got, const QVariant& want, size_t i) {
+    SCOPED_TRACE(i);
+    EXPECT_EQ(got.isValid(), want.isValid());
+    EXPECT_EQ(got.typeId(), want.typeId());
+    EXPECT_EQ(got.isNull(), want.isNull());
+    if (want.typeId() == QMetaType::QString) {
+        EXPECT_EQ(got.toString().isNull(), want.toString().isNull());
+        EXPECT_EQ(got.toString(), want.toString());
+    } else if (want.typeId() == QMetaType::Double) {
+        EXPECT_EQ(got.toString(), want.toString());
+    } else {
+        EXPECT_EQ(got, want);
+    }
+}
+
+const std::vector<QVariant> kValues{
+    QVariant(),
+    QVariant(0),
+    QVariant(-7),
+    QVariant(std::numeric_limits<int>::min()),
+    QVariant(qlonglong(std::numeric_limits<qint64>::max())),
+    QVariant(qlonglong(-1)),
+    QVariant(2.5),
+    QVariant(-0.0),
+    QVariant(std::numeric_limits<double>::quiet_NaN()),
+    QVariant(true),
+    QVariant(false),
+    QVariant(QString()),
+    QVariant(QStringLiteral("")),
+    QVariant(QStringLiteral("A-12")),
+    QVariant(QStringLiteral("Allée des Tilleuls 𝄞")),
+    QVariant(QDateTime(QDate(2026, 11, 25), QTime(10, 30))),
+    QVariant(QMetaType::fromType<int>()), // a database's NULL, typed
+    QVariant(QByteArray("octets")),
+};
+
+} // namespace
+
+TEST(AttributeValues, EveryValueComesBackAsItWasGiven) {
+    const AttributeValues values(kValues);
+    ASSERT_EQ(values.size(), kValues.size());
+    for (size_t i = 0; i < kValues.size(); ++i)
+        expectSame(values[i], kValues[i], i);
+    EXPECT_FALSE(values[kValues.size()].isValid()); // Null past the end
+
+    // UTF-8 from storage, ASCII or not, reads as the same texts.
+    AttributeValues::Builder b;
+    b.addUtf8("123");
+    b.addUtf8("");
+    b.addUtf8("Allée 𝄞");
+    b.addText(QStringView());
+    const AttributeValues read = b.build();
+    EXPECT_EQ(b.size(), 0u); // the builder starts again empty
+    expectSame(read[0], QVariant(QStringLiteral("123")), 0);
+    expectSame(read[1], QVariant(QStringLiteral("")), 1);
+    expectSame(read[2], QVariant(QStringLiteral("Allée 𝄞")), 2);
+    expectSame(read[3], QVariant(QString()), 3);
+}
+
+TEST(AttributeValues, CopiesAreIndependentAndChangesKeepTheRest) {
+    std::vector<QVariant> given = kValues;
+    given[8] = 1.5; // NaN is never equal to itself, as between variants
+    AttributeValues a(given);
+    const AttributeValues copy = a;
+    a.set(13, QStringLiteral("B-7"));
+    a.set(15, QVariant(42));
+    EXPECT_EQ(a[13].toString(), "B-7");
+    EXPECT_EQ(copy[13].toString(), "A-12");
+    expectSame(copy[15], kValues[15], 15);
+    for (size_t i : {0u, 4u, 11u, 14u, 16u, 17u})
+        expectSame(a[i], kValues[i], i);
+    EXPECT_FALSE(a == copy);
+    a.set(13, kValues[13]);
+    a.set(15, kValues[15]);
+    EXPECT_TRUE(a == copy);
+
+    a.set(kValues.size() + 2, QVariant(5)); // past the end: Nulls between
+    EXPECT_EQ(a.size(), kValues.size() + 3);
+    EXPECT_FALSE(a[kValues.size()].isValid());
+    a.resize(2);
+    EXPECT_EQ(a.size(), 2u);
+    expectSame(a[1], kValues[1], 1);
+    size_t seen = 0;
+    for (const QVariant& v : a)
+        expectSame(v, kValues[seen], seen), ++seen;
+    EXPECT_EQ(seen, 2u);
+
+    AttributeValues moved = std::move(a);
+    EXPECT_EQ(moved.size(), 2u);
+    EXPECT_TRUE(AttributeValues() == AttributeValues(std::vector<QVariant>{}));
+}
