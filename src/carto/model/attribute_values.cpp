@@ -136,8 +136,12 @@ QVariant AttributeValues::operator[](size_t i) const {
 void AttributeValues::set(size_t i, const QVariant& value) {
     Builder b;
     const size_t n = std::max(size(), i + 1);
-    for (size_t k = 0; k < n; ++k)
-        b.add(k == i ? value : (*this)[k]);
+    for (size_t k = 0; k < n; ++k) {
+        if (k == i)
+            b.add(value);
+        else
+            b.addFrom(*this, k);
+    }
     *this = b.build();
 }
 
@@ -146,7 +150,7 @@ void AttributeValues::resize(size_t n) {
         return;
     Builder b;
     for (size_t k = 0; k < n; ++k)
-        b.add((*this)[k]);
+        b.addFrom(*this, k);
     *this = b.build();
 }
 
@@ -190,7 +194,26 @@ void AttributeValues::Builder::addText(QStringView text) {
     push(Text, offset | std::uint64_t(text.size()) << 32);
 }
 
+void AttributeValues::Builder::addFrom(const AttributeValues& values, size_t i) {
+    const Header* h = values.header();
+    if (!h || i >= h->count)
+        return addNull();
+    const std::uint64_t cell = h->cells()[i];
+    switch (h->kinds()[i]) {
+    case Text:
+        return addText(QStringView(h->text() + (cell & 0xffffffffu), qsizetype(cell >> 32)));
+    case Boxed:
+        push(Boxed, boxed_.size());
+        boxed_.push_back(h->boxes()[cell]);
+        return;
+    default:
+        return push(h->kinds()[i], cell);
+    }
+}
+
 void AttributeValues::Builder::addUtf8(const char* utf8) {
+    if (!utf8)
+        return addText(QStringView());
     const size_t length = std::strlen(utf8);
     const auto* bytes = reinterpret_cast<const unsigned char*>(utf8);
     for (size_t k = 0; k < length; ++k)

@@ -76,6 +76,8 @@ public:
         void addText(QStringView text); // a null QString stays null
         void addUtf8(const char* utf8);
         void add(const QVariant& v);
+        // The value at i of other values, copied as it is stored there.
+        void addFrom(const AttributeValues& values, size_t i);
         size_t size() const { return kinds_.size(); }
         // The values added since the last build, then empty again.
         AttributeValues build();
