@@ -4,23 +4,7 @@ namespace recordset {
 
 void Column::appendNull() {
     null_.push_back(1);
-    switch (type_) {
-    case DataType::SmallInt:
-        int16_.push_back(0);
-        break;
-    case DataType::Double:
-        double_.push_back(0);
-        break;
-    case DataType::Boolean:
-        bool_.push_back(0);
-        break;
-    case DataType::Date:
-        date_.emplace_back();
-        break;
-    case DataType::VarWChar:
-        text_.emplace_back();
-        break;
-    }
+    withValues([](auto& values) { values.emplace_back(); });
 }
 
 namespace {
@@ -99,23 +83,7 @@ void Column::setInt16(size_t row, qint16 number) {
 
 void Column::reserve(size_t rows) {
     null_.reserve(rows);
-    switch (type_) {
-    case DataType::SmallInt:
-        int16_.reserve(rows);
-        break;
-    case DataType::Double:
-        double_.reserve(rows);
-        break;
-    case DataType::Boolean:
-        bool_.reserve(rows);
-        break;
-    case DataType::Date:
-        date_.reserve(rows);
-        break;
-    case DataType::VarWChar:
-        text_.reserve(rows);
-        break;
-    }
+    withValues([rows](auto& values) { values.reserve(rows); });
 }
 
 } // namespace recordset

@@ -31,6 +31,22 @@ public:
     void reserve(size_t rows);
 
 private:
+    // Calls f with the vector that holds this column's type.
+    template <typename F> void withValues(F&& f) {
+        switch (type_) {
+        case DataType::SmallInt:
+            return f(int16_);
+        case DataType::Double:
+            return f(double_);
+        case DataType::Boolean:
+            return f(bool_);
+        case DataType::Date:
+            return f(date_);
+        case DataType::VarWChar:
+            return f(text_);
+        }
+    }
+
     DataType type_;
     std::vector<std::uint8_t> null_;
     std::vector<qint16> int16_;

@@ -40,8 +40,10 @@ struct AttributeValues::Header {
     const std::uint8_t* kinds() const {
         return reinterpret_cast<const std::uint8_t*>(base() + kindsAt(count));
     }
-    const char16_t* text() const {
-        return reinterpret_cast<const char16_t*>(base() + charsAt(count));
+    // A text cell: the offset of its first character, and its length above.
+    QStringView text(std::uint64_t cell) const {
+        return {reinterpret_cast<const char16_t*>(base() + charsAt(count)) + (cell & 0xffffffffu),
+                qsizetype(cell >> 32)};
     }
     QVariant* boxes() { return reinterpret_cast<QVariant*>(base() + boxedAt(count, chars)); }
     const QVariant* boxes() const {
@@ -118,11 +120,9 @@ QVariant AttributeValues::operator[](size_t i) const {
     case Bool:
         return QVariant(cell != 0);
     case Text: {
-        const auto length = qsizetype(cell >> 32);
-        if (length == 0)
-            return QVariant(QStringLiteral(""));
-        return QVariant(
-            QString(reinterpret_cast<const QChar*>(h->text() + (cell & 0xffffffffu)), length));
+        const QStringView text = h->text(cell);
+        // An empty text is not a null one.
+        return QVariant(text.isEmpty() ? QStringLiteral("") : text.toString());
     }
     case NullText:
         return QVariant(QString());
@@ -168,6 +168,11 @@ void AttributeValues::Builder::push(std::uint8_t kind, std::uint64_t cell) {
     cells_.push_back(cell);
 }
 
+// The characters appended since `offset` as one text.
+void AttributeValues::Builder::pushText(size_t offset) {
+    push(Text, std::uint64_t(offset) | std::uint64_t(chars_.size() - offset) << 32);
+}
+
 void AttributeValues::Builder::addNull() {
     push(Null, 0);
 }
@@ -189,9 +194,9 @@ void AttributeValues::Builder::addText(QStringView text) {
         push(NullText, 0);
         return;
     }
-    const std::uint64_t offset = chars_.size();
+    const size_t offset = chars_.size();
     chars_.insert(chars_.end(), text.utf16(), text.utf16() + text.size());
-    push(Text, offset | std::uint64_t(text.size()) << 32);
+    pushText(offset);
 }
 
 void AttributeValues::Builder::addFrom(const AttributeValues& values, size_t i) {
@@ -201,7 +206,7 @@ void AttributeValues::Builder::addFrom(const AttributeValues& values, size_t i) 
     const std::uint64_t cell = h->cells()[i];
     switch (h->kinds()[i]) {
     case Text:
-        return addText(QStringView(h->text() + (cell & 0xffffffffu), qsizetype(cell >> 32)));
+        return addText(h->text(cell));
     case Boxed:
         push(Boxed, boxed_.size());
         boxed_.push_back(h->boxes()[cell]);
@@ -220,9 +225,9 @@ void AttributeValues::Builder::addUtf8(const char* utf8) {
         if (bytes[k] >= 0x80)
             return addText(QString::fromUtf8(utf8, qsizetype(length)));
     // ASCII, by far the most common: widened in place, no string made.
-    const std::uint64_t offset = chars_.size();
+    const size_t offset = chars_.size();
     chars_.insert(chars_.end(), bytes, bytes + length);
-    push(Text, offset | std::uint64_t(length) << 32);
+    pushText(offset);
 }
 
 void AttributeValues::Builder::add(const QVariant& v) {

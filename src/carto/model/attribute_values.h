@@ -84,6 +84,7 @@ public:
 
     private:
         void push(std::uint8_t kind, std::uint64_t cell);
+        void pushText(size_t offset);
 
         std::vector<std::uint64_t> cells_;
         std::vector<std::uint8_t> kinds_;
