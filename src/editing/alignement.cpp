@@ -37,7 +37,7 @@ void remplace(Contexte& ctx, carto::Layer& calque, std::vector<carto::Feature> n
 std::optional<plane::Coins> coinsDe(const carto::Feature& f) {
     if (f.kind() != carto::FeatureKind::Region || f.numParts() != 1 || f.parts()[0].size() != 5)
         return std::nullopt;
-    const carto::Part& r = f.parts()[0];
+    const carto::PartView r = f.parts()[0];
     return plane::Coins{r[0], r[1], r[2], r[3]};
 }
 
@@ -176,7 +176,7 @@ void DefinirTaille(Contexte& ctx) {
     carto::Feature f = choisis.front();
     if (f.kind() != carto::FeatureKind::Region || f.parts().empty() || f.parts()[0].size() < 4)
         return;
-    const carto::Part& r = f.parts()[0];
+    const carto::PartView r = f.parts()[0];
     const carto::Point p1 = r[0];
     Define_Taille dialogue(carto::distance(r[0], r[1]), carto::distance(r[1], r[2]), f.area(),
                            &ctx.controle);

@@ -61,7 +61,7 @@ BilanRangee creeRangee(Contexte& ctx, const carto::Feature& modele, const Demand
         refuse(QStringLiteral("Un numéro de la rangée dépasse %1 caractères.").arg(largeur));
 
     // The step from one plot to the next: a side's direction, its length and the gap.
-    const carto::Part& r = modele.parts()[0];
+    const carto::PartView r = modele.parts()[0];
     const carto::Point b = d.enTravers ? r[2] : r[1];
     const carto::Point o = d.enTravers ? r[1] : r[0];
     const double cote = carto::distance(o, b);

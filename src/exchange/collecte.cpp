@@ -31,9 +31,9 @@ public:
     void ajoute(const carto::Feature& t, const QString* section, const QString* allee,
                 const QVariant* idgcf) {
         double d1 = 0, d2 = 0;
-        const carto::Parts& parts = t.parts();
+        const carto::Shape& parts = t.parts();
         if (!parts.empty() && parts.front().size() >= 3) {
-            const carto::Part& r = parts.front();
+            const carto::PartView r = parts.front();
             d1 = DistancePoints(r[1], r[0]);
             d2 = DistancePoints(r[2], r[1]);
             if (d2 > d1)

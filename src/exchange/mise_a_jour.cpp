@@ -93,11 +93,11 @@ Modification prepare(carto::Layer& tombes, const recordset::Recordset& rs, const
     t.setAttribute(u"Nom", rs.value(c.nom));
     Modification m{t, std::nullopt};
 
-    const carto::Parts& parts = t.parts();
+    const carto::Shape& parts = t.parts();
     if (parts.empty() || parts.front().size() < 4)
         throw Erreur(err::ObjetIncompatible,
                      QStringLiteral("L'emplacement %1 n'est pas un quadrilatère.").arg(id));
-    const carto::Part& r = parts.front();
+    const carto::PartView r = parts.front();
     double d1 = DistancePoints(r[1], r[0]);
     double d2 = DistancePoints(r[2], r[1]);
     const double longueur = nombre(rs.value(c.longueur), "Longueur");

@@ -31,14 +31,14 @@ bool reaches(Point a, Point b, const Rect& r) {
 
 } // namespace
 
-bool ringsHoldRect(const std::vector<std::vector<Point>>& rings, const Rect& r) {
+bool ringsHoldRect(const Shape& rings, const Rect& r) {
     if (r.isNull())
         return false;
     // Grown a little, so that rounding cannot let an edge that touches the rectangle pass.
     const Rect margin = r.expanded(std::max(r.width(), r.height()) * 1e-9 + 1e-12);
     const Point c{(r.xmin + r.xmax) / 2, (r.ymin + r.ymax) / 2};
     bool inside = false;
-    for (const std::vector<Point>& ring : rings) {
+    for (const PartView ring : rings) {
         for (size_t i = 0, n = ring.size(); i < n; ++i) {
             const Point a = ring[i], b = ring[(i + 1) % n];
             if (reaches(a, b, margin))

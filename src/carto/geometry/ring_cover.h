@@ -6,6 +6,7 @@
 
 #include "carto/geometry/point.h"
 #include "carto/geometry/rect.h"
+#include "carto/geometry/shape.h"
 
 #include <vector>
 
@@ -14,6 +15,6 @@ namespace carto {
 // True when no edge of any ring reaches the rectangle (borders included) and its centre is
 // in the region: the region then covers it all. A rectangle an edge touches gives false,
 // even where the region would cover it.
-bool ringsHoldRect(const std::vector<std::vector<Point>>& rings, const Rect& r);
+bool ringsHoldRect(const Shape& rings, const Rect& r);
 
 } // namespace carto

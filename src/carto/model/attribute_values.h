@@ -5,6 +5,8 @@
 // Values read back as the variants they were given as: numbers, booleans and texts are
 // unboxed; any other type (a date, a typed null) is kept as a variant inside the block.
 
+#include "base/index_iterator.h"
+
 #include <QString>
 #include <QStringView>
 #include <QVariant>
@@ -37,31 +39,7 @@ public:
 
     friend bool operator==(const AttributeValues& a, const AttributeValues& b);
 
-    class const_iterator {
-    public:
-        using iterator_category = std::forward_iterator_tag;
-        using value_type = QVariant;
-        using difference_type = std::ptrdiff_t;
-        using pointer = void;
-        using reference = QVariant;
-        const_iterator() = default;
-        const_iterator(const AttributeValues* values, size_t i) : values_(values), i_(i) {}
-        QVariant operator*() const { return (*values_)[i_]; }
-        const_iterator& operator++() {
-            ++i_;
-            return *this;
-        }
-        const_iterator operator++(int) {
-            const_iterator before = *this;
-            ++i_;
-            return before;
-        }
-        bool operator==(const const_iterator& o) const { return i_ == o.i_; }
-
-    private:
-        const AttributeValues* values_ = nullptr;
-        size_t i_ = 0;
-    };
+    using const_iterator = veldra::IndexIterator<AttributeValues, QVariant>;
     const_iterator begin() const { return {this, 0}; }
     const_iterator end() const { return {this, size()}; }
 

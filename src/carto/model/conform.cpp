@@ -6,6 +6,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -151,11 +152,10 @@ double rounded(double value, double perUnit) {
 
 } // namespace
 
-bool readableParts(const Parts& parts) {
-    for (const Part& part : parts)
-        for (const Point& p : part)
-            if (!(std::fabs(p.x) <= kCoordinateLimit) || !(std::fabs(p.y) <= kCoordinateLimit))
-                return false; // NaN fails every comparison
+bool readableParts(const Shape& parts) {
+    for (const Point& p : parts.points())
+        if (!(std::fabs(p.x) <= kCoordinateLimit) || !(std::fabs(p.y) <= kCoordinateLimit))
+            return false; // NaN fails every comparison
     return true;
 }
 
@@ -207,23 +207,32 @@ void settleShape(FeatureData& data, bool checkValidity) {
     case FeatureKind::Region: {
         if (data.parts.empty())
             badShape(QStringLiteral("une surface sans contour ne peut pas être enregistrée"));
-        for (Part& ring : data.parts)
-            if (!ring.empty() && !(ring.front() == ring.back()))
-                ring.push_back(ring.front()); // stored closed, as storage closes it
-        if (data.parts.size() > 1) {
-            Parts ordered;
-            ordered.reserve(data.parts.size());
-            for (const auto& group : polygonsOf(data.parts))
-                for (const std::size_t i : group)
-                    ordered.push_back(std::move(data.parts[i]));
-            data.parts = std::move(ordered);
+        const auto open = [](PartView ring) {
+            return !ring.empty() && !(ring.front() == ring.back());
+        };
+        // A plot is one closed ring: it is taken as it is, without copying it.
+        if (data.parts.size() > 1 || std::any_of(data.parts.begin(), data.parts.end(), open)) {
+            Parts rings = data.parts.toParts();
+            for (Part& ring : rings)
+                if (!ring.empty() && !(ring.front() == ring.back()))
+                    ring.push_back(ring.front()); // stored closed, as storage closes it
+            if (rings.size() > 1) {
+                Parts ordered;
+                ordered.reserve(rings.size());
+                for (const auto& group : polygonsOf(rings))
+                    for (const std::size_t i : group)
+                        ordered.push_back(std::move(rings[i]));
+                rings = std::move(ordered);
+            }
+            data.parts = rings;
         }
         if (checkValidity) {
             std::vector<std::vector<std::vector<Point>>> polygons;
-            for (const auto& group : polygonsOf(data.parts)) {
-                auto& rings = polygons.emplace_back();
+            const Parts rings = data.parts.toParts();
+            for (const auto& group : polygonsOf(rings)) {
+                auto& polygon = polygons.emplace_back();
                 for (const std::size_t i : group)
-                    rings.push_back(data.parts[i]);
+                    polygon.push_back(rings[i]);
             }
             const Geometry g = polygons.size() == 1 ? Geometry::polygon(polygons.front())
                                                     : Geometry::multiPolygon(polygons);
@@ -239,7 +248,7 @@ void settleShape(FeatureData& data, bool checkValidity) {
         if (data.parts.empty())
             badShape(QStringLiteral("une ligne sans points ne peut pas être enregistrée"));
         if (checkValidity)
-            for (const Part& line : data.parts)
+            for (const PartView line : data.parts)
                 if (const Geometry g = Geometry::lineString(line);
                     !g.isValid() || !(g.length() > 0))
                     badShape(QStringLiteral("la ligne n'a pas de longueur"));

@@ -23,7 +23,7 @@ namespace carto {
 inline constexpr double kCoordinateLimit = 1e12;
 
 // True when every point is finite and within kCoordinateLimit.
-bool readableParts(const Parts& parts);
+bool readableParts(const Shape& parts);
 
 // The value as the column stores it. Erreur (TypeIncompatible) saying why it cannot.
 QVariant columnValue(const FieldDef& field, const QVariant& value);

@@ -13,18 +13,17 @@ namespace err = veldra::err;
 
 namespace {
 
-const Parts kNoParts;
+const Shape kNoParts{};
 const Style kDefaultStyle;
 
 [[noreturn]] void detached() {
     throw Erreur(err::ObjetInconnu, QStringLiteral("L'objet n'est pas valide."));
 }
 
-Rect partsBounds(const Parts& parts) {
+Rect partsBounds(const Shape& parts) {
     Rect r;
-    for (const Part& part : parts)
-        for (const Point& p : part)
-            r = r.united(Rect{p.x, p.y, p.x, p.y});
+    for (const Point& p : parts.points())
+        r = r.united(Rect{p.x, p.y, p.x, p.y});
     return r;
 }
 
@@ -62,10 +61,10 @@ Geometry geometryOf(const FeatureData& data) {
         return Geometry::empty();
     switch (data.kind) {
     case FeatureKind::Region:
-        return regionGeometry(data.parts);
+        return regionGeometry(data.parts.toParts());
     case FeatureKind::Line:
         return data.parts.size() == 1 ? Geometry::lineString(data.parts[0])
-                                      : Geometry::multiLineString(data.parts);
+                                      : Geometry::multiLineString(data.parts.toParts());
     case FeatureKind::Text:
         return Geometry::rectangle(data.bounds);
     case FeatureKind::Symbol:
@@ -140,7 +139,7 @@ QString Feature::uniqueKey() const {
     return fid_ < 0 ? QString() : QString::number(fid_);
 }
 
-const Parts& Feature::parts() const {
+const Shape& Feature::parts() const {
     return data_ ? data_->parts : kNoParts;
 }
 
@@ -152,7 +151,7 @@ int Feature::numParts() const {
 }
 
 Point Feature::point(int part, int index) const {
-    const Parts& p = data().parts;
+    const Shape& p = data().parts;
     if (part < 0 || size_t(part) >= p.size() || index < 0 ||
         size_t(index) >= p[size_t(part)].size())
         throw Erreur(err::AppelIncorrect,
@@ -165,7 +164,8 @@ void Feature::setPoint(int part, int index, Point pt) {
     if (!std::isfinite(pt.x) || !std::isfinite(pt.y))
         throw Erreur(err::GeometrieInvalide, QStringLiteral("Coordonnées non finies."));
     FeatureData& d = edit();
-    Part& ring = d.parts[size_t(part)];
+    Parts parts = d.parts.toParts();
+    Part& ring = parts[size_t(part)];
     const bool closesRing = d.kind == FeatureKind::Region && ring.size() > 1 &&
                             ring.front() == ring.back() &&
                             (index == 0 || size_t(index) == ring.size() - 1);
@@ -174,6 +174,7 @@ void Feature::setPoint(int part, int index, Point pt) {
         ring.front() = pt;
         ring.back() = pt;
     }
+    d.parts = parts;
     refreshDerived(d);
 }
 
@@ -198,7 +199,7 @@ struct RingMeasure {
     Point centre;
 };
 
-RingMeasure measureRing(const Part& r) {
+RingMeasure measureRing(PartView r) {
     RingMeasure a;
     if (r.empty())
         return a;
@@ -228,7 +229,7 @@ struct RegionMeasure {
 
 RegionMeasure measureRegion(const FeatureData& d) {
     const Point o{d.bounds.xmin, d.bounds.ymin};
-    Parts local = d.parts;
+    Parts local = d.parts.toParts();
     for (Part& ring : local)
         for (Point& p : ring)
             p = {p.x - o.x, p.y - o.y};
@@ -286,11 +287,10 @@ void Feature::offset(double dx, double dy) {
     if (!std::isfinite(dx) || !std::isfinite(dy))
         throw Erreur(err::GeometrieInvalide, QStringLiteral("Déplacement non fini."));
     FeatureData& d = edit();
-    for (Part& part : d.parts)
-        for (Point& p : part) {
-            p.x += dx;
-            p.y += dy;
-        }
+    for (Point& p : d.parts.points()) {
+        p.x += dx;
+        p.y += dy;
+    }
     refreshDerived(d);
 }
 

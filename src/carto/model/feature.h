@@ -34,7 +34,7 @@ public:
     QString uniqueKey() const; // the FID as text; "" when detached
 
     // Geometry
-    const Parts& parts() const;
+    const Shape& parts() const;
     int numParts() const;
     Point point(int part, int index) const;
     void setPoint(int part, int index, Point p);

@@ -3,8 +3,9 @@
 // handed out (copy on write), so enumerating a large layer copies no geometry.
 
 #include "carto/geometry/point.h"
-#include "carto/model/attribute_values.h"
 #include "carto/geometry/rect.h"
+#include "carto/geometry/shape.h"
+#include "carto/model/attribute_values.h"
 #include "carto/model/style.h"
 
 #include <QString>
@@ -18,17 +19,12 @@ namespace carto {
 // Codes of the feature kinds, as hosts read them.
 enum class FeatureKind : int { Region = 0, Line = 1, Symbol = 2, Text = 5 };
 
-// Rings of a region (each polygon's shell then its holes), lines of a line feature, or
-// the single point of a symbol or a text.
-using Part = std::vector<Point>;
-using Parts = std::vector<Part>;
-
 struct FeatureData {
     FeatureKind kind = FeatureKind::Region;
-    Parts parts;
+    Shape parts; // flat: see shape.h
     std::shared_ptr<const Style> style;
     AttributeValues attributes; // by the layer's column order
-    QString text;                     // texts only
+    QString text;               // texts only
 
     // Derived, kept with the data: recomputed whenever the data changes.
     Rect bounds;

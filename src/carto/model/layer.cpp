@@ -17,6 +17,15 @@ namespace err = veldra::err;
 
 namespace {
 
+// Whether the box covers at least a quarter of the area of `all`.
+bool coversMostOf(const Rect& box, const Rect& all) {
+    if (!box.intersects(all) || all.width() <= 0 || all.height() <= 0)
+        return false;
+    const double w = std::min(box.xmax, all.xmax) - std::max(box.xmin, all.xmin);
+    const double h = std::min(box.ymax, all.ymax) - std::max(box.ymin, all.ymin);
+    return 4 * w * h >= all.width() * all.height();
+}
+
 [[noreturn]] void unknownFeature(const QString& layer, const QString& key) {
     throw Erreur(
         err::ObjetInconnu,
@@ -620,13 +629,16 @@ void Layer::changed() {
 std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>>
 Layer::dataInBox(const Rect& box) const {
     std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>> out;
-    if (box.contains(index_.bounds())) {
-        // The whole layer in view (the plan shown whole): the table is already in FID
-        // order, so neither the tree nor a sort is needed. Features without bounds are
-        // not in the tree, and stay out here too.
+    const Rect all = index_.bounds();
+    if (box.contains(all) || coversMostOf(box, all)) {
+        // Most of the layer in view (the plan shown whole or nearly): the table is already
+        // in FID order, and testing each box as it goes costs less than sorting what the
+        // tree would answer. Features without bounds are not in the tree, and stay out
+        // here too (a null box meets nothing).
+        const bool whole = box.contains(all);
         out.reserve(features_.size());
         for (const auto& [fid, data] : features_)
-            if (!data->bounds.isNull())
+            if (whole ? !data->bounds.isNull() : box.intersects(data->bounds))
                 out.emplace_back(fid, data);
         return out;
     }

@@ -30,7 +30,7 @@ std::optional<SnapHit> snapPoint(std::span<const Layer* const> layers, Point p, 
         if (!layer)
             continue;
         for (const auto& [fid, data] : layer->dataInBox(box)) {
-            for (const Part& part : data->parts) {
+            for (const PartView part : data->parts) {
                 for (size_t i = 0; i < part.size(); ++i) {
                     const double d = distance(p, part[i]);
                     if (d <= tolerance && (!vertex || d < vertex->distance))

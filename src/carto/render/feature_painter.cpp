@@ -3,7 +3,9 @@
 #include <QFontMetricsF>
 #include <QPainterPath>
 #include <QPainterPathStroker>
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace carto {
 
@@ -24,11 +26,68 @@ double heightPerPixel(const QString& family, bool bold) {
     return *it;
 }
 
+// The pixels, first and last, whose centres a screen span holds; the pixel of its middle
+// when it holds none.
+// Far past any picture, so that a pixel index always fits an int.
+double onScreen(double v) {
+    return std::clamp(v, -1e7, 1e7);
+}
+
+std::pair<int, int> pixelSpan(double from, double to) {
+    const int first = int(std::lround(onScreen(from))), end = int(std::lround(onScreen(to)));
+    if (end > first)
+        return {first, end - 1};
+    const int middle = int(std::floor(onScreen((from + to) / 2)));
+    return {middle, middle};
+}
+
+// The colour a region of a few pixels shows: its fill and its border half and half, or
+// whichever of them it has.
+QColor blendOf(const RegionPaint& paint) {
+    const bool filled = paint.fill.style() != Qt::NoBrush;
+    const bool bordered = paint.border.style() != Qt::NoPen;
+    if (!filled || !bordered)
+        return filled ? paint.fill.color() : paint.border.color();
+    const QColor a = paint.fill.color(), b = paint.border.color();
+    return QColor((a.red() + b.red()) / 2, (a.green() + b.green()) / 2, (a.blue() + b.blue()) / 2,
+                  (a.alpha() + b.alpha()) / 2);
+}
+
 } // namespace
 
 FeaturePainter::FeaturePainter(QPainter& painter, const Viewport& viewport)
     : painter_(painter), viewport_(viewport), k_(viewport.pixelsPerUnit()),
       pixelsPerPoint_(painter.device() ? painter.device()->logicalDpiY() / 72.0 : 96 / 72.0) {}
+
+FeaturePainter::~FeaturePainter() {
+    flush();
+}
+
+void FeaturePainter::block(QRect pixels, const QColor& colour) {
+    std::vector<QRect>& blocks = blocks_[colour.rgba()];
+    if (blocks.empty() || blocks.back() != pixels)
+        blocks.push_back(pixels);
+}
+
+void FeaturePainter::dot(QPointF at, const QColor& colour) {
+    block(QRect(int(std::floor(onScreen(at.x()))), int(std::floor(onScreen(at.y()))), 1, 1),
+          colour);
+}
+
+void FeaturePainter::flush() {
+    if (blocks_.empty())
+        return;
+    painter_.save();
+    // Aliased, a block fills exactly its pixels.
+    painter_.setRenderHint(QPainter::Antialiasing, false);
+    painter_.setPen(Qt::NoPen);
+    for (const auto& [rgba, blocks] : blocks_) {
+        painter_.setBrush(QColor::fromRgba(rgba));
+        painter_.drawRects(blocks.data(), int(blocks.size()));
+    }
+    painter_.restore();
+    blocks_.clear();
+}
 
 const RegionPaint& FeaturePainter::regionPaintFor(const Style& style) {
     auto it = regionPaints_.find(&style);
@@ -37,7 +96,7 @@ const RegionPaint& FeaturePainter::regionPaintFor(const Style& style) {
     return it->second;
 }
 
-const QPolygonF& FeaturePainter::screenRing(const Part& ring) {
+const QPolygonF& FeaturePainter::screenRing(PartView ring) {
     ring_.resize(qsizetype(ring.size()));
     const double cx = viewport_.size.width() / 2.0 - viewport_.centre.x * k_;
     const double cy = viewport_.size.height() / 2.0 + viewport_.centre.y * k_;
@@ -65,18 +124,21 @@ void FeaturePainter::draw(const FeatureData& d, const Style& style) {
     }
 }
 
-void FeaturePainter::drawRegion(const Parts& rings, const RegionPaint& paint, const Rect& bounds) {
+void FeaturePainter::drawRegion(const Shape& rings, const RegionPaint& paint, const Rect& bounds) {
     if (rings.empty())
         return;
-    // A region smaller than a pixel is a dot of its fill (or border) colour: cheap, and a
-    // whole plan seen from afar still shows where its plots are.
-    if (bounds.width() * k_ < 1.5 && bounds.height() * k_ < 1.5) {
-        const QPointF c = viewport_.toScreen(bounds.center());
-        const QBrush& b =
-            paint.fill.style() != Qt::NoBrush ? paint.fill : QBrush(paint.border.color());
-        painter_.fillRect(QRectF(std::floor(c.x()), std::floor(c.y()), 1, 1), b.color());
+    // A region of a few pixels is the block of pixels its bounds cover, in the colour its
+    // fill and border blend into at that size: a whole plan seen from afar still shows
+    // where its plots are and the colours of a theme, and it costs a tenth of a polygon.
+    if (bounds.width() * k_ < kSmallPixels && bounds.height() * k_ < kSmallPixels) {
+        const QPointF a = viewport_.toScreen({bounds.xmin, bounds.ymax});
+        const QPointF b = viewport_.toScreen({bounds.xmax, bounds.ymin});
+        const auto [left, right] = pixelSpan(a.x(), b.x());
+        const auto [top, bottom] = pixelSpan(a.y(), b.y());
+        block(QRect(QPoint(left, top), QPoint(right, bottom)), blendOf(paint));
         return;
     }
+    flush();
     painter_.setPen(paint.border);
     if (rings.size() == 1) {
         const QPolygonF& poly = screenRing(rings.front());
@@ -92,7 +154,7 @@ void FeaturePainter::drawRegion(const Parts& rings, const RegionPaint& paint, co
     }
     QPainterPath path;
     path.setFillRule(Qt::OddEvenFill);
-    for (const Part& ring : rings)
+    for (const PartView ring : rings)
         path.addPolygon(screenRing(ring));
     if (paint.background.style() != Qt::NoBrush)
         painter_.fillPath(path, paint.background);
@@ -100,10 +162,11 @@ void FeaturePainter::drawRegion(const Parts& rings, const RegionPaint& paint, co
     painter_.drawPath(path);
 }
 
-void FeaturePainter::drawLine(const Parts& lines, const QPen& pen) {
+void FeaturePainter::drawLine(const Shape& lines, const QPen& pen) {
+    flush();
     painter_.setPen(pen);
     painter_.setBrush(Qt::NoBrush);
-    for (const Part& line : lines)
+    for (const PartView line : lines)
         painter_.drawPolyline(screenRing(line));
 }
 
@@ -112,10 +175,10 @@ void FeaturePainter::drawSymbol(Point at, const Style& style) {
     const double sizePx = style.symbolSize / 100.0 * k_;
     const QPointF p = viewport_.toScreen(at);
     if (sizePx < kMinTextPixels) {
-        painter_.fillRect(QRectF(std::floor(p.x()), std::floor(p.y()), 1, 1),
-                          toQColor(style.symbolColor));
+        dot(p, toQColor(style.symbolColor));
         return;
     }
+    flush();
     QFont font(style.symbolFont);
     font.setPixelSize(std::max(1, int(sizePx + 0.5)));
     painter_.setFont(font);
@@ -127,9 +190,10 @@ void FeaturePainter::drawSymbol(Point at, const Style& style) {
 }
 
 void FeaturePainter::drawText(Point anchor, const QString& text, const Style& style) {
-    const double heightPx = style.textSize / 100.0 * k_;
-    if (text.isEmpty() || heightPx < kMinTextPixels)
+    if (text.isEmpty() || !textShows(style, k_))
         return;
+    flush();
+    const double heightPx = style.textSize / 100.0 * k_;
     const QFont font = textFont(style, heightPx / heightPerPixel(style.textFont, style.textBold));
     const QFontMetricsF metrics(font);
     const double w = metrics.horizontalAdvance(text);
@@ -186,6 +250,7 @@ bool FeaturePainter::drawLabel(Point at, const QString& text, const Style& style
                      metrics.height() + 2 * margin);
     if (placer_ && !placer_->place(box))
         return false;
+    flush();
     const QPointF baseline(p.x() - w / 2, p.y() + metrics.ascent() - metrics.height() / 2);
     if (style.textBox) {
         painter_.setPen(toQColor(style.textColor));

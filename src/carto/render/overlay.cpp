@@ -35,6 +35,7 @@ void paintSelection(QPainter& painter, const Map& map, const Viewport& viewport)
             case FeatureKind::Text: {
                 const QRectF box(viewport.toScreen({d.bounds.xmin, d.bounds.ymax}),
                                  viewport.toScreen({d.bounds.xmax, d.bounds.ymin}));
+                fp.flush();
                 painter.setPen(outline);
                 painter.setBrush(Qt::NoBrush);
                 painter.drawRect(box.adjusted(-3, -3, 3, 3));

@@ -68,8 +68,12 @@ void collectLayer(const Map& map, const Layer& layer, const Viewport& viewport, 
     auto rows = layer.dataInBox(area);
     out.items.reserve(rows.size());
     for (auto& [fid, data] : rows) {
-        SceneItem item;
         const Style& own = *data->style;
+        // A text too small to read is neither drawn nor an obstacle to labels: the
+        // numbers of a whole plan seen from afar stay out of the scene.
+        if (data->kind == FeatureKind::Text && !FeaturePainter::textShows(own, k))
+            continue;
+        SceneItem item;
         item.style = &own;
         if (themed || labelled) {
             const Feature f(&layer, fid, data);
@@ -124,6 +128,7 @@ std::vector<QRectF> paintScene(QPainter& painter, const Scene& scene,
         if (!layer.raster.isNull()) {
             const Rect& e = layer.raster.extent;
             const QRectF target(v.toScreen({e.xmin, e.ymax}), v.toScreen({e.xmax, e.ymin}));
+            fp.flush();
             painter.drawImage(target, layer.raster.image);
         }
         for (const SceneItem& item : layer.items) {

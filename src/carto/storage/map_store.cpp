@@ -120,21 +120,22 @@ FieldType typeOf(OGRFieldType t) {
     }
 }
 
-void appendRing(const OGRSimpleCurve& curve, Parts& parts) {
-    Part part;
-    part.reserve(size_t(curve.getNumPoints()));
+void appendRing(const OGRSimpleCurve& curve, ShapeBuilder& parts) {
+    parts.reservePoints(size_t(curve.getNumPoints()));
     for (int i = 0; i < curve.getNumPoints(); ++i)
-        part.push_back(Point{curve.getX(i), curve.getY(i)});
-    parts.push_back(std::move(part));
+        parts.addPoint(Point{curve.getX(i), curve.getY(i)});
+    parts.endPart();
 }
 
 // Parts and kind of an OGR geometry; curves are read as their linear approximation.
-void readGeometry(const OGRGeometry& g, FeatureKind& kind, Parts& parts) {
+void readGeometry(const OGRGeometry& g, FeatureKind& kind, ShapeBuilder& parts) {
     switch (wkbFlatten(g.getGeometryType())) {
     case wkbPoint: {
         const auto& p = static_cast<const OGRPoint&>(g);
-        if (!p.IsEmpty())
-            parts.push_back(Part{Point{p.getX(), p.getY()}});
+        if (!p.IsEmpty()) {
+            parts.addPoint(Point{p.getX(), p.getY()});
+            parts.endPart();
+        }
         kind = FeatureKind::Symbol;
         break;
     }
@@ -167,7 +168,7 @@ void readGeometry(const OGRGeometry& g, FeatureKind& kind, Parts& parts) {
     }
 }
 
-std::unique_ptr<OGRLinearRing> ringOf(const Part& part) {
+std::unique_ptr<OGRLinearRing> ringOf(PartView part) {
     auto ring = std::make_unique<OGRLinearRing>();
     ring->setNumPoints(int(part.size()), FALSE);
     for (size_t i = 0; i < part.size(); ++i)
@@ -184,7 +185,7 @@ std::unique_ptr<OGRGeometry> ogrGeometry(const FeatureData& d) {
     case FeatureKind::Text:
         return std::make_unique<OGRPoint>(d.parts[0].at(0).x, d.parts[0].at(0).y);
     case FeatureKind::Line: {
-        auto lineOf = [](const Part& part) {
+        auto lineOf = [](PartView part) {
             auto line = std::make_unique<OGRLineString>();
             line->setNumPoints(int(part.size()), FALSE);
             for (size_t i = 0; i < part.size(); ++i)
@@ -194,7 +195,7 @@ std::unique_ptr<OGRGeometry> ogrGeometry(const FeatureData& d) {
         if (d.parts.size() == 1)
             return lineOf(d.parts[0]);
         auto multi = std::make_unique<OGRMultiLineString>();
-        for (const Part& part : d.parts)
+        for (const PartView part : d.parts)
             multi->addGeometryDirectly(lineOf(part).release());
         return multi;
     }
@@ -209,7 +210,9 @@ std::unique_ptr<OGRGeometry> ogrGeometry(const FeatureData& d) {
             poly->addRingDirectly(ringOf(d.parts[i]).release());
         return poly;
     };
-    const std::vector<std::vector<std::size_t>> groups = polygonsOf(d.parts);
+    const std::vector<std::vector<std::size_t>> groups =
+        d.parts.size() == 1 ? std::vector<std::vector<std::size_t>>{{0}}
+                            : polygonsOf(d.parts.toParts());
     if (groups.size() == 1)
         return polygonOf(groups.front());
     auto multi = std::make_unique<OGRMultiPolygon>();
@@ -389,6 +392,7 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
     const std::pair<std::shared_ptr<const Style>, ParsedStyle>* previousStyle = nullptr;
     QByteArray previousStyleText;
     AttributeValues::Builder values;
+    ShapeBuilder shape;
     Read read;
     if (!defaultTextColumn.isEmpty() && columnOf(defaultTextColumn) >= 0)
         read.textField = fields[size_t(columnOf(defaultTextColumn))].name;
@@ -398,8 +402,10 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
     layer->ResetReading();
     for (auto& f : *layer) {
         auto data = std::make_shared<FeatureData>();
+        shape.clear();
         if (const OGRGeometry* g = f->GetGeometryRef())
-            readGeometry(*g, data->kind, data->parts);
+            readGeometry(*g, data->kind, shape);
+        data->parts = shape.build();
         if (!readableParts(data->parts)) {
             ++read.unreadable; // NaN, infinite or absurd coordinates: never handed on
             continue;

@@ -30,7 +30,7 @@ void DrawTool::cancel() {
 Feature DrawTool::sketch() const {
     auto data = std::make_shared<FeatureData>();
     data->kind = kind_;
-    data->parts = {points_.points()};
+    data->parts = Parts{points_.points()};
     data->style = std::make_shared<const Style>(view_.map().defaultStyle);
     refreshDerived(*data);
     return Feature(nullptr, -1, std::move(data));

@@ -23,7 +23,7 @@ bool hasVertices(const Feature& f) {
 
 // A region's ring stored closed repeats its first point last; that copy is not a vertex
 // of its own.
-size_t vertexCount(const Feature& f, const Part& part) {
+size_t vertexCount(const Feature& f, PartView part) {
     const bool closed =
         f.kind() == FeatureKind::Region && part.size() > 1 && part.front() == part.back();
     return closed ? part.size() - 1 : part.size();
@@ -213,7 +213,7 @@ std::optional<SelectTool::VertexAt> SelectTool::vertexAt(QPointF screen) const {
         for (const Feature& f : layer->selection()) {
             if (!hasVertices(f))
                 continue;
-            const Parts& parts = f.parts();
+            const Shape& parts = f.parts();
             for (size_t p = 0; p < parts.size(); ++p)
                 for (size_t i = 0; i < vertexCount(f, parts[p]); ++i) {
                     const double d = QLineF(view_.toScreen(parts[p][i]), screen).length();
@@ -240,9 +240,9 @@ std::optional<SelectTool::VertexAt> SelectTool::insertVertexAt(QPointF screen) {
         for (const Feature& f : layer->selection()) {
             if (!hasVertices(f))
                 continue;
-            const Parts& parts = f.parts();
+            const Shape& parts = f.parts();
             for (size_t p = 0; p < parts.size(); ++p) {
-                const Part& part = parts[p];
+                const PartView part = parts[p];
                 const size_t n = part.size();
                 // An open ring of a region also has the edge from its last point to its first.
                 const bool wraps =
@@ -407,7 +407,7 @@ void SelectTool::paintOverlay(QPainter& painter) const {
                     state_ == State::MovingVertex && layer == layer_ && f.fid() == fid_;
                 const std::vector<Feature> moved = dragged ? edited() : std::vector<Feature>{};
                 const Feature& shown = moved.empty() ? f : moved.front();
-                for (const Part& part : shown.parts())
+                for (const PartView part : shown.parts())
                     for (size_t i = 0; i < vertexCount(shown, part); ++i)
                         paintHandle(painter, v.toScreen(part[i]));
             }

@@ -121,7 +121,7 @@ QPen rubberBandPen() {
     return pen;
 }
 
-QPolygonF toScreen(const Viewport& viewport, const Part& part, QPointF shift) {
+QPolygonF toScreen(const Viewport& viewport, PartView part, QPointF shift) {
     QPolygonF poly;
     poly.reserve(qsizetype(part.size()));
     for (const Point& p : part)
@@ -133,11 +133,11 @@ void paintOutline(QPainter& painter, const Viewport& viewport, const FeatureData
                   QPointF shift) {
     switch (data.kind) {
     case FeatureKind::Region:
-        for (const Part& ring : data.parts)
+        for (const PartView ring : data.parts)
             painter.drawPolygon(toScreen(viewport, ring, shift));
         break;
     case FeatureKind::Line:
-        for (const Part& line : data.parts)
+        for (const PartView line : data.parts)
             painter.drawPolyline(toScreen(viewport, line, shift));
         break;
     case FeatureKind::Symbol:

@@ -79,7 +79,7 @@ private:
 
 // Drawing over the map, in widget pixels.
 QPen rubberBandPen();
-QPolygonF toScreen(const Viewport& viewport, const Part& part, QPointF shift = {});
+QPolygonF toScreen(const Viewport& viewport, PartView part, QPointF shift = {});
 // The outline of a feature's geometry (a small cross for a symbol, the box of a text),
 // shifted by a number of pixels.
 void paintOutline(QPainter& painter, const Viewport& viewport, const FeatureData& data,

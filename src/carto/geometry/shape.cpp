@@ -1,0 +1,163 @@
+#include "carto/geometry/shape.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <stdexcept>
+
+namespace carto {
+
+namespace {
+
+std::size_t endsStored(std::size_t parts) {
+    return parts > 1 ? parts : 0;
+}
+
+std::size_t blockBytes(std::size_t points, std::size_t parts) {
+    return std::max<std::size_t>(points * sizeof(Point) + endsStored(parts) * sizeof(std::uint32_t),
+                                 1);
+}
+
+} // namespace
+
+const Point& PartView::at(std::size_t i) const {
+    if (i >= count_)
+        throw std::out_of_range("no point of that index");
+    return first_[i];
+}
+
+bool operator==(PartView a, PartView b) {
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin());
+}
+
+Shape::Shape(const Parts& parts) {
+    std::vector<Point> points;
+    std::vector<std::uint32_t> ends;
+    std::size_t total = 0;
+    for (const Part& part : parts)
+        total += part.size();
+    points.reserve(total);
+    ends.reserve(parts.size());
+    for (const Part& part : parts) {
+        points.insert(points.end(), part.begin(), part.end());
+        ends.push_back(std::uint32_t(points.size()));
+    }
+    adopt(points, ends);
+}
+
+Shape::Shape(std::span<const Point> points, std::span<const std::uint32_t> ends) {
+    adopt(points, ends);
+}
+
+Shape::Shape(const Shape& other) : parts_(other.parts_), points_(other.points_) {
+    if (other.inPlace()) {
+        one_ = other.one_;
+        return;
+    }
+    const std::size_t bytes = blockBytes(points_, parts_);
+    block_ = static_cast<Point*>(::operator new(bytes));
+    std::memcpy(static_cast<void*>(block_), other.block_, bytes);
+}
+
+Shape::Shape(Shape&& other) noexcept {
+    take(other);
+}
+
+void Shape::take(Shape& other) noexcept {
+    parts_ = other.parts_;
+    points_ = other.points_;
+    if (other.inPlace())
+        one_ = other.one_;
+    else
+        block_ = other.block_;
+    other.parts_ = 0;
+    other.points_ = 0;
+    other.one_ = Point{};
+}
+
+Shape& Shape::operator=(const Shape& other) {
+    if (this != &other)
+        *this = Shape(other);
+    return *this;
+}
+
+Shape& Shape::operator=(Shape&& other) noexcept {
+    if (this != &other) {
+        release();
+        take(other);
+    }
+    return *this;
+}
+
+Shape::~Shape() {
+    release();
+}
+
+void Shape::release() {
+    if (!inPlace())
+        ::operator delete(block_);
+    parts_ = 0;
+    points_ = 0;
+    one_ = Point{};
+}
+
+void Shape::adopt(std::span<const Point> points, std::span<const std::uint32_t> ends) {
+    constexpr std::size_t kMax = std::numeric_limits<std::uint32_t>::max();
+    if (points.size() > kMax || ends.size() > kMax)
+        throw std::length_error("shape too large");
+    const bool ordered = std::is_sorted(ends.begin(), ends.end());
+    if (ends.empty() ? !points.empty() : !ordered || ends.back() != points.size())
+        throw std::invalid_argument("parts that do not end with the points");
+    parts_ = std::uint32_t(ends.size());
+    points_ = std::uint32_t(points.size());
+    if (inPlace()) {
+        one_ = points.empty() ? Point{} : points[0];
+        return;
+    }
+    const std::size_t kept = endsStored(ends.size());
+    block_ = static_cast<Point*>(::operator new(blockBytes(points.size(), ends.size())));
+    if (!points.empty())
+        std::memcpy(block_, points.data(), points.size() * sizeof(Point));
+    if (kept > 0)
+        std::memcpy(static_cast<void*>(block_ + points.size()), ends.data(),
+                    kept * sizeof(std::uint32_t));
+}
+
+const std::uint32_t* Shape::ends() const {
+    return parts_ > 1 ? reinterpret_cast<const std::uint32_t*>(block_ + points_) : nullptr;
+}
+
+PartView Shape::operator[](std::size_t i) const {
+    if (parts_ == 1)
+        return {pointData(), points_};
+    const std::uint32_t* e = ends();
+    const std::uint32_t first = i == 0 ? 0 : e[i - 1];
+    return {pointData() + first, e[i] - first};
+}
+
+PartView Shape::at(std::size_t i) const {
+    if (i >= parts_)
+        throw std::out_of_range("no part of that index");
+    return (*this)[i];
+}
+
+Parts Shape::toParts() const {
+    Parts out;
+    out.reserve(parts_);
+    for (const PartView part : *this)
+        out.emplace_back(part.begin(), part.end());
+    return out;
+}
+
+bool operator==(const Shape& a, const Shape& b) {
+    if (a.parts_ != b.parts_ || a.points_ != b.points_)
+        return false;
+    const auto pa = a.points(), pb = b.points();
+    if (!std::equal(pa.begin(), pa.end(), pb.begin()))
+        return false;
+    const std::size_t kept = endsStored(a.parts_);
+    return kept == 0 || std::equal(a.ends(), a.ends() + kept, b.ends());
+}
+
+} // namespace carto
