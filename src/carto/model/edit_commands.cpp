@@ -95,7 +95,7 @@ DeleteFeatures::DeleteFeatures(Layer& layer, std::vector<qint64> fids, const QSt
     : EditCommand(*layer.map(), text), layer_(layer), fids_(Features(&layer, fids).fids()) {}
 
 void DeleteFeatures::apply() {
-    std::vector<std::shared_ptr<const FeatureData>> removed;
+    std::vector<FeaturePtr> removed;
     removed.reserve(fids_.size());
     for (const qint64 fid : fids_)
         removed.push_back(layer_.storeErase(fid));
@@ -119,7 +119,7 @@ ReplaceFeatures::ReplaceFeatures(Layer& layer, std::vector<Feature> features, co
 }
 
 void ReplaceFeatures::apply() {
-    std::vector<std::shared_ptr<const FeatureData>> before;
+    std::vector<FeaturePtr> before;
     before.reserve(after_.size());
     for (Feature& f : after_) {
         auto data = layer_.conform(f, &layer_.feature(f.fid()).data());

@@ -85,7 +85,7 @@ protected:
 private:
     Layer& layer_;
     std::vector<qint64> fids_;
-    std::vector<std::shared_ptr<const FeatureData>> removed_;
+    std::vector<FeaturePtr> removed_;
 };
 
 // Features of a layer replaced by new values of themselves (same FIDs): the generic
@@ -102,7 +102,7 @@ protected:
 private:
     Layer& layer_;
     std::vector<Feature> after_;
-    std::vector<std::shared_ptr<const FeatureData>> before_;
+    std::vector<FeaturePtr> before_;
 };
 
 class MoveFeatures : public ReplaceFeatures {

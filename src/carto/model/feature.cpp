@@ -28,7 +28,7 @@ Rect partsBounds(const Shape& parts) {
 }
 
 Feature make(FeatureKind kind, Parts parts, const Style& style, QString text = {}) {
-    auto data = std::make_shared<FeatureData>();
+    auto data = MutableFeaturePtr::make();
     data->kind = kind;
     data->parts = std::move(parts);
     data->style = std::make_shared<const Style>(style);
@@ -75,7 +75,7 @@ Geometry geometryOf(const FeatureData& data) {
 
 Feature::Feature() = default;
 
-Feature::Feature(const Layer* layer, qint64 fid, std::shared_ptr<const FeatureData> data)
+Feature::Feature(const Layer* layer, qint64 fid, FeaturePtr data)
     : layer_(layer), fid_(fid), data_(std::move(data)) {}
 
 Feature Feature::region(const Parts& rings, const Style& style) {
@@ -124,7 +124,7 @@ FeatureData& Feature::edit() {
     if (!data_)
         detached();
     if (data_.use_count() > 1) {
-        auto copy = std::make_shared<FeatureData>(*data_);
+        auto copy = MutableFeaturePtr::make(*data_);
         data_ = copy;
         return *copy;
     }
@@ -352,7 +352,7 @@ void Feature::setKeyValue(const QVariant& value) {
     setAttribute(layer_->keyField(), value);
 }
 
-void Feature::attach(const Layer* layer, qint64 fid, std::shared_ptr<const FeatureData> data) {
+void Feature::attach(const Layer* layer, qint64 fid, FeaturePtr data) {
     layer_ = layer;
     fid_ = fid;
     data_ = std::move(data);

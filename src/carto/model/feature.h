@@ -18,7 +18,7 @@ class Layer;
 class Feature {
 public:
     Feature();
-    Feature(const Layer* layer, qint64 fid, std::shared_ptr<const FeatureData> data);
+    Feature(const Layer* layer, qint64 fid, FeaturePtr data);
 
     // New detached features.
     static Feature region(const Parts& rings, const Style& style = {});
@@ -64,10 +64,10 @@ public:
     void setKeyValue(const QVariant& value);
 
     const FeatureData& data() const;
-    std::shared_ptr<const FeatureData> shared() const { return data_; }
+    FeaturePtr shared() const { return data_; }
 
     // Used by layers when a feature is stored or copied into them.
-    void attach(const Layer* layer, qint64 fid, std::shared_ptr<const FeatureData> data);
+    void attach(const Layer* layer, qint64 fid, FeaturePtr data);
 
 private:
     FeatureData& edit(); // detaches from the shared data
@@ -75,7 +75,7 @@ private:
 
     const Layer* layer_ = nullptr;
     qint64 fid_ = -1;
-    std::shared_ptr<const FeatureData> data_;
+    FeaturePtr data_;
 };
 
 // A region's geometry from its rings: a ring inside an odd number of others is a hole.

@@ -6,6 +6,7 @@
 #include "carto/geometry/rect.h"
 #include "carto/geometry/shape.h"
 #include "carto/model/attribute_values.h"
+#include "carto/model/data_ref.h"
 #include "carto/model/style.h"
 
 #include <QString>
@@ -21,7 +22,8 @@ enum class FeatureKind : int { Region = 0, Line = 1, Symbol = 2, Text = 5 };
 
 struct FeatureData {
     FeatureKind kind = FeatureKind::Region;
-    Shape parts; // flat: see shape.h
+    RefCount refs; // of the FeaturePtr that share it; fills what kind leaves of 8 bytes
+    Shape parts;   // flat: see shape.h
     std::shared_ptr<const Style> style;
     AttributeValues attributes; // by the layer's column order
     QString text;               // texts only
@@ -29,5 +31,8 @@ struct FeatureData {
     // Derived, kept with the data: recomputed whenever the data changes.
     Rect bounds;
 };
+
+using FeaturePtr = DataRef<const FeatureData>;
+using MutableFeaturePtr = DataRef<FeatureData>;
 
 } // namespace carto

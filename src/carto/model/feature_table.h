@@ -16,7 +16,7 @@ namespace carto {
 
 class FeatureTable {
 public:
-    using Entry = std::pair<qint64, std::shared_ptr<const FeatureData>>;
+    using Entry = std::pair<qint64, FeaturePtr>;
     using iterator = std::vector<Entry>::iterator;
     using const_iterator = std::vector<Entry>::const_iterator;
 
@@ -38,7 +38,7 @@ public:
         return it != entries_.end() && it->first == fid ? it : entries_.end();
     }
     bool contains(qint64 fid) const { return find(fid) != end(); }
-    const std::shared_ptr<const FeatureData>& at(qint64 fid) const {
+    const FeaturePtr& at(qint64 fid) const {
         const auto it = find(fid);
         if (it == end())
             throw std::out_of_range("no feature of that FID");
@@ -46,7 +46,7 @@ public:
     }
 
     // Adds or replaces the feature of that FID.
-    void put(qint64 fid, std::shared_ptr<const FeatureData> data) {
+    void put(qint64 fid, FeaturePtr data) {
         if (entries_.empty() || entries_.back().first < fid) {
             entries_.emplace_back(fid, std::move(data));
             return;

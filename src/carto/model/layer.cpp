@@ -179,10 +179,9 @@ void Layer::endAccess() {
         map_->closeBracket(mark, true);
 }
 
-std::shared_ptr<const FeatureData> Layer::conform(const Feature& f,
-                                                  const FeatureData* replaced) const {
+FeaturePtr Layer::conform(const Feature& f, const FeatureData* replaced) const {
     const FeatureData& src = f.data();
-    auto data = std::make_shared<FeatureData>(src);
+    auto data = MutableFeaturePtr::make(src);
     if (!data->style)
         data->style = std::make_shared<const Style>(map_->defaultStyle);
     try {
@@ -253,7 +252,7 @@ void Layer::requireBracket() const {
             QStringLiteral("Écriture hors d'une mise à jour sur la couche « %1 ».").arg(name_));
 }
 
-void Layer::putInMemory(qint64 fid, std::shared_ptr<const FeatureData> data) {
+void Layer::putInMemory(qint64 fid, FeaturePtr data) {
     if (const auto it = features_.find(fid); it != features_.end()) {
         const FeatureData& old = *it->second;
         // An attribute or a style changed: the R-tree and the prepared shape still hold.
@@ -286,7 +285,7 @@ void Layer::eraseFromMemory(qint64 fid) {
     }
 }
 
-Feature Layer::storeNew(std::shared_ptr<const FeatureData> data, qint64 fid) {
+Feature Layer::storeNew(FeaturePtr data, qint64 fid) {
     requireBracket();
     if (fid >= 0 && hasFeature(fid))
         throw Erreur(
@@ -306,15 +305,14 @@ Feature Layer::storeNew(std::shared_ptr<const FeatureData> data, qint64 fid) {
     return Feature(this, fid, std::move(data));
 }
 
-std::shared_ptr<const FeatureData> Layer::storeReplace(qint64 fid,
-                                                       std::shared_ptr<const FeatureData> data) {
+FeaturePtr Layer::storeReplace(qint64 fid, FeaturePtr data) {
     requireBracket();
     const auto it = features_.find(fid);
     if (it == features_.end())
         unknownFeature(name_, QString::number(fid));
     if (!memory_ && map_->store())
         map_->store()->update(name_, fid, *data, fields_, textField_, it->second.get());
-    std::shared_ptr<const FeatureData> before = it->second;
+    FeaturePtr before = it->second;
     const Rect area = before->bounds.united(data->bounds);
     map_->journal(*this, fid, before);
     putInMemory(fid, std::move(data));
@@ -322,14 +320,14 @@ std::shared_ptr<const FeatureData> Layer::storeReplace(qint64 fid,
     return before;
 }
 
-std::shared_ptr<const FeatureData> Layer::storeErase(qint64 fid) {
+FeaturePtr Layer::storeErase(qint64 fid) {
     requireBracket();
     const auto it = features_.find(fid);
     if (it == features_.end())
         unknownFeature(name_, QString::number(fid));
     if (!memory_ && map_->store())
         map_->store()->remove(name_, fid);
-    std::shared_ptr<const FeatureData> before = it->second;
+    FeaturePtr before = it->second;
     const Rect area = before->bounds;
     map_->journal(*this, fid, before);
     eraseFromMemory(fid);
@@ -337,7 +335,7 @@ std::shared_ptr<const FeatureData> Layer::storeErase(qint64 fid) {
     return before;
 }
 
-void Layer::restore(qint64 fid, const std::shared_ptr<const FeatureData>& before, bool inStorage) {
+void Layer::restore(qint64 fid, const FeaturePtr& before, bool inStorage) {
     const auto it = features_.find(fid);
     const bool present = it != features_.end();
     Rect area = present ? it->second->bounds : Rect{};
@@ -601,7 +599,7 @@ const PreparedGeometry& Layer::prepared(qint64 fid) const {
     return *it->second;
 }
 
-void Layer::loadFeatures(std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>> rows) {
+void Layer::loadFeatures(std::vector<std::pair<qint64, FeaturePtr>> rows) {
     features_.clear();
     prepared_.clear();
     selection_.clear();
@@ -626,9 +624,8 @@ void Layer::changed() {
     valueIndex_.clear();
 }
 
-std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>>
-Layer::dataInBox(const Rect& box) const {
-    std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>> out;
+std::vector<std::pair<qint64, FeaturePtr>> Layer::dataInBox(const Rect& box) const {
+    std::vector<std::pair<qint64, FeaturePtr>> out;
     const Rect all = index_.bounds();
     if (box.contains(all) || coversMostOf(box, all)) {
         // Most of the layer in view (the plan shown whole or nearly): the table is already

@@ -155,8 +155,7 @@ public:
     FindResult find(QStringView name) const;
     // The stored data of the features whose bounds meet the box, without a geometric test:
     // what a renderer draws.
-    std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>>
-    dataInBox(const Rect& box) const;
+    std::vector<std::pair<qint64, FeaturePtr>> dataInBox(const Rect& box) const;
 
     // The union of all features, cached until the layer changes. Erreur on an empty layer.
     const Geometry& unionAll() const;
@@ -164,15 +163,14 @@ public:
     const PreparedGeometry& prepared(qint64 fid) const;
 
     // Storage side: load without writing through.
-    void loadFeatures(std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>> rows);
+    void loadFeatures(std::vector<std::pair<qint64, FeaturePtr>> rows);
 
     // What a stored copy of the feature holds in this layer, as conform.h settles it: its
     // attributes matched to this layer's columns by name and made what the columns hold,
     // the map's default style when it has none, its shape checked and settled, its
     // derived parts computed. `replaced` is the feature it replaces, if any: a geometry
     // taken over unchanged is not checked again. Erreur naming the feature and the reason.
-    std::shared_ptr<const FeatureData> conform(const Feature& f,
-                                               const FeatureData* replaced = nullptr) const;
+    FeaturePtr conform(const Feature& f, const FeatureData* replaced = nullptr) const;
 
 private:
     friend class Map;
@@ -183,16 +181,15 @@ private:
     // The write primitives of the edit commands, inside an open bracket: storage first,
     // then memory, then the map's journal. fid < 0 in storeNew: storage chooses.
     // storeReplace and storeErase return what the feature was.
-    Feature storeNew(std::shared_ptr<const FeatureData> data, qint64 fid = -1);
-    std::shared_ptr<const FeatureData> storeReplace(qint64 fid,
-                                                    std::shared_ptr<const FeatureData> data);
-    std::shared_ptr<const FeatureData> storeErase(qint64 fid);
+    Feature storeNew(FeaturePtr data, qint64 fid = -1);
+    FeaturePtr storeReplace(qint64 fid, FeaturePtr data);
+    FeaturePtr storeErase(qint64 fid);
     // Puts a feature back as a failed bracket's journal kept it (null: absent), in memory
     // and, with inStorage, in storage too.
-    void restore(qint64 fid, const std::shared_ptr<const FeatureData>& before, bool inStorage);
+    void restore(qint64 fid, const FeaturePtr& before, bool inStorage);
     void requireBracket() const;
 
-    void putInMemory(qint64 fid, std::shared_ptr<const FeatureData> data);
+    void putInMemory(qint64 fid, FeaturePtr data);
     void eraseFromMemory(qint64 fid);
     void changed(); // drops derived caches
     // What firstAtPoint answers for every point of the cell, or PointCells::kAsk.

@@ -358,7 +358,7 @@ void Map::closeBracket(std::size_t mark, bool keep) {
         throw *failure;
 }
 
-void Map::journal(Layer& layer, qint64 fid, std::shared_ptr<const FeatureData> before) {
+void Map::journal(Layer& layer, qint64 fid, FeaturePtr before) {
     journal_.push_back({&layer, fid, std::move(before)});
 }
 

@@ -105,7 +105,7 @@ private:
     std::size_t openBracket(const UndoStep* step = nullptr);
     void closeBracket(std::size_t mark, bool keep);
     // Called by layers for every write inside a bracket: what the feature was before.
-    void journal(Layer& layer, qint64 fid, std::shared_ptr<const FeatureData> before);
+    void journal(Layer& layer, qint64 fid, FeaturePtr before);
     void noteChange(const Layer& layer, Change::Kind kind, qint64 fid, const Rect& area);
     void emitSettings(const Layer& layer, Change::Kind kind);
     void undoBack(std::size_t mark, bool inStorage);
@@ -115,7 +115,7 @@ private:
     struct JournalEntry {
         Layer* layer;
         qint64 fid;
-        std::shared_ptr<const FeatureData> before; // null: the feature did not exist
+        FeaturePtr before; // null: the feature did not exist
     };
 
     std::unique_ptr<MapStore> store_;

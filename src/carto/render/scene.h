@@ -18,7 +18,7 @@
 namespace carto {
 
 struct SceneItem {
-    std::shared_ptr<const FeatureData> data;
+    FeaturePtr data;
     const Style* style = nullptr;
     QString label; // empty when none
     Point labelAt;

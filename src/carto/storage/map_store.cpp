@@ -401,7 +401,7 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
     rows.reserve(size_t(std::max<GIntBig>(0, layer->GetFeatureCount(FALSE))));
     layer->ResetReading();
     for (auto& f : *layer) {
-        auto data = std::make_shared<FeatureData>();
+        auto data = MutableFeaturePtr::make();
         shape.clear();
         if (const OGRGeometry* g = f->GetGeometryRef())
             readGeometry(*g, data->kind, shape);

@@ -36,7 +36,7 @@ public:
         QString name;
         QString rasterSource; // a GDAL raster name for raster layers, empty otherwise
     };
-    using Rows = std::vector<std::pair<qint64, std::shared_ptr<const FeatureData>>>;
+    using Rows = std::vector<std::pair<qint64, FeaturePtr>>;
     struct Read {
         Rows rows;
         // The column the text features' styles refer to ({column}), else the default

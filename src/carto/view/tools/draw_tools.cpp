@@ -28,7 +28,7 @@ void DrawTool::cancel() {
 }
 
 Feature DrawTool::sketch() const {
-    auto data = std::make_shared<FeatureData>();
+    auto data = MutableFeaturePtr::make();
     data->kind = kind_;
     data->parts = Parts{points_.points()};
     data->style = std::make_shared<const Style>(view_.map().defaultStyle);
