@@ -34,7 +34,7 @@ QByteArray digest(const carto::Map& map) {
             }
             for (const QVariant& v : d.attributes)
                 h.addData(QByteArray::number(v.typeId()) + '=' + v.toString().toUtf8() + ';');
-            h.addData(d.text.toUtf8());
+            h.addData(d.text.toString().toUtf8());
         });
     }
     return h.result().toHex();

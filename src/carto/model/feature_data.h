@@ -7,6 +7,7 @@
 #include "carto/geometry/shape.h"
 #include "carto/model/attribute_values.h"
 #include "carto/model/data_ref.h"
+#include "carto/model/feature_text.h"
 #include "carto/model/style.h"
 
 #include <QString>
@@ -26,7 +27,7 @@ struct FeatureData {
     Shape parts;   // flat: see shape.h
     std::shared_ptr<const Style> style;
     AttributeValues attributes; // by the layer's column order
-    QString text;               // texts only
+    FeatureText text; // texts only
 
     // Derived, kept with the data: recomputed whenever the data changes.
     Rect bounds;

@@ -473,7 +473,7 @@ qint64 MapStore::writeFeature(const QString& name, qint64 fid, const FeatureData
     const int textIndex =
         textField.isEmpty() ? -1 : defn->GetFieldIndex(textField.toUtf8().constData());
     if (data.kind == FeatureKind::Text && textIndex >= 0)
-        f.SetField(textIndex, data.text.toUtf8().constData());
+        f.SetField(textIndex, data.text.toString().toUtf8().constData());
     if (const int styleIndex = defn->GetFieldIndex(kStyleColumn); styleIndex >= 0 && data.style) {
         // A bulk update writes the same shared style again and again: keep its string.
         // Texts carry their own text in theirs.
