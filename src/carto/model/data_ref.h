@@ -25,6 +25,9 @@ public:
     bool drop() const noexcept { return n_.fetch_sub(1, std::memory_order_acq_rel) == 1; }
     std::uint32_t count() const noexcept { return n_.load(std::memory_order_acquire); }
 
+    // Counts are no part of the value of what holds them.
+    friend bool operator==(const RefCount&, const RefCount&) noexcept { return true; }
+
 private:
     mutable std::atomic<std::uint32_t> n_{0};
 };

@@ -31,7 +31,7 @@ Feature make(FeatureKind kind, Parts parts, const Style& style, QString text = {
     auto data = MutableFeaturePtr::make();
     data->kind = kind;
     data->parts = std::move(parts);
-    data->style = std::make_shared<const Style>(style);
+    data->style = StylePtr::make(style);
     data->text = std::move(text);
     refreshDerived(*data);
     return Feature(nullptr, -1, std::move(data));
@@ -311,7 +311,7 @@ const Style& Feature::style() const {
 
 void Feature::setStyle(const Style& style) {
     FeatureData& d = edit();
-    d.style = std::make_shared<const Style>(style);
+    d.style = StylePtr::make(style);
     refreshDerived(d);
 }
 

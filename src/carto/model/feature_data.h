@@ -25,7 +25,7 @@ struct FeatureData {
     FeatureKind kind = FeatureKind::Region;
     RefCount refs; // of the FeaturePtr that share it; fills what kind leaves of 8 bytes
     Shape parts;   // flat: see shape.h
-    std::shared_ptr<const Style> style;
+    StylePtr style;
     AttributeValues attributes; // by the layer's column order
     FeatureText text; // texts only
 

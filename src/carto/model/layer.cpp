@@ -183,7 +183,7 @@ FeaturePtr Layer::conform(const Feature& f, const FeatureData* replaced) const {
     const FeatureData& src = f.data();
     auto data = MutableFeaturePtr::make(src);
     if (!data->style)
-        data->style = std::make_shared<const Style>(map_->defaultStyle);
+        data->style = StylePtr::make(map_->defaultStyle);
     try {
         const qsizetype t = data->kind == FeatureKind::Text ? fieldIndex(textField_) : -1;
         // The text lives in its column: as wide as it, and the column says the same.
@@ -210,7 +210,7 @@ FeaturePtr Layer::conform(const Feature& f, const FeatureData* replaced) const {
         throw Erreur(e.numero(), record + QStringLiteral(" : ") + e.description());
     }
     if (const Style stored = storedStyle(*data->style); !(stored == *data->style))
-        data->style = std::make_shared<const Style>(stored);
+        data->style = StylePtr::make(stored);
     refreshDerived(*data);
     return data;
 }

@@ -5,6 +5,7 @@
 // text of s points is s / 100 map units high, so texts scale with the map.
 
 #include "carto/model/colour.h"
+#include "carto/model/data_ref.h"
 
 #include <QString>
 
@@ -69,8 +70,14 @@ struct Style {
     Colour textBackColor = 0xFFFFFF; // halo or box
     double textRotation = 0;         // degrees, counter-clockwise
 
+    // Of the StylePtr that share this style; no part of its value.
+    RefCount refs;
+
     friend bool operator==(const Style&, const Style&) = default;
 };
+
+// A style shared by the features drawn in it: most of a plan's features share a few.
+using StylePtr = DataRef<const Style>;
 
 // How automatic labels are lettered unless told otherwise: 8 points, black on a white
 // halo. A label keeps its size on the page whatever the map's scale: its textSize is in

@@ -388,8 +388,8 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
 
     // Features mostly share a few style strings: parse each distinct one once, and look
     // up again only when the string differs from the previous feature's.
-    QHash<QByteArray, std::pair<std::shared_ptr<const Style>, ParsedStyle>> styles;
-    const std::pair<std::shared_ptr<const Style>, ParsedStyle>* previousStyle = nullptr;
+    QHash<QByteArray, std::pair<StylePtr, ParsedStyle>> styles;
+    const std::pair<StylePtr, ParsedStyle>* previousStyle = nullptr;
     QByteArray previousStyleText;
     AttributeValues::Builder values;
     ShapeBuilder shape;
@@ -419,7 +419,7 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
             auto it = styles.find(previousStyleText);
             if (it == styles.end()) {
                 ParsedStyle parsed = parseStyleString(previousStyleText);
-                auto style = std::make_shared<const Style>(parsed.style);
+                auto style = StylePtr::make(parsed.style);
                 it = styles.insert(previousStyleText, {std::move(style), std::move(parsed)});
             }
             previousStyle = &it.value();

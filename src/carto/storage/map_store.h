@@ -99,7 +99,7 @@ private:
     bool database_ = false;
     BatchedUpdates held_; // a database's updates, sent at commit
     struct WrittenStyle {
-        std::shared_ptr<const Style> style; // held, so its address names it
+        StylePtr style; // held, so its address names it
         FeatureKind kind = FeatureKind::Region;
         QByteArray text;
     };

@@ -31,7 +31,7 @@ Feature DrawTool::sketch() const {
     auto data = MutableFeaturePtr::make();
     data->kind = kind_;
     data->parts = Parts{points_.points()};
-    data->style = std::make_shared<const Style>(view_.map().defaultStyle);
+    data->style = StylePtr::make(view_.map().defaultStyle);
     refreshDerived(*data);
     return Feature(nullptr, -1, std::move(data));
 }
