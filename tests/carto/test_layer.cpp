@@ -340,3 +340,54 @@ TEST(Layer, TextsAreMeasuredWithTheirFont) {
     EXPECT_EQ(a.kind(), FeatureKind::Text);
     EXPECT_EQ(fids(l.searchAtPoint({10, 10})).size(), 2u);
 }
+
+// Far from the grid's origin (a projected plan's coordinates run into millions of metres)
+// features a millimetre apart are told apart by every search, whatever the index rounds.
+TEST(Layer, SearchesAreExactToTheMillimetreFarFromTheOrigin) {
+    Map map;
+    Layer& layer = memoryLayer(map, "Lointaine");
+    // The first feature sits at the origin, so the index's boxes out there are coarse.
+    const qint64 anchor = layer.addFeature(Feature::region({square(0, 0, 1)})).fid();
+    const double x0 = 702345.125, y0 = 6612345.5;
+    const qint64 west = layer.addFeature(Feature::region({square(x0, y0, 1)})).fid();
+    const qint64 east = layer.addFeature(Feature::region({square(x0 + 1.001, y0, 1)})).fid();
+    const qint64 post = layer.addFeature(Feature::line({{{x0 + 3, y0}, {x0 + 3, y0 + 1}}})).fid();
+    layer.deleteFeature(anchor);
+    EXPECT_EQ(layer.bounds(), (Rect{x0, y0, x0 + 3, y0 + 1}));
+
+    // The gap between west and east, a millimetre wide.
+    EXPECT_TRUE(layer.searchAtPoint({x0 + 1.0005, y0 + 0.5}).isEmpty());
+    EXPECT_EQ(fids(layer.searchAtPoint({x0 + 1.0, y0 + 0.5})), std::vector<qint64>{west});
+    EXPECT_FALSE(layer.firstAtPoint({x0 + 1.0005, y0 + 0.5}).isValid());
+    EXPECT_TRUE(layer.searchAtPoint({x0 + 3.0005, y0 + 0.5}).isEmpty()); // beside the post
+    EXPECT_EQ(layer.firstAtPoint({x0 + 3, y0 + 0.5}).fid(), post);
+    const auto drawn = [&](const Rect& box) {
+        std::vector<qint64> out;
+        for (const auto& row : layer.dataInBox(box))
+            out.push_back(row.first);
+        return out;
+    };
+    EXPECT_TRUE(drawn({x0 + 1.0002, y0, x0 + 1.0008, y0 + 1}).empty());
+    EXPECT_EQ(drawn({x0 + 1.0002, y0, x0 + 1.001, y0 + 1}), std::vector<qint64>{east});
+    EXPECT_EQ(fids(layer.searchWithinRectangle({x0 + 0.9995, y0 - 1, x0 + 1.0005, y0 + 2},
+                                               searchmode::PartlyWithin)),
+              std::vector<qint64>{west});
+
+    // The bounds shrink when the feature on their edge goes or moves in, and the index
+    // finds what moved where it went.
+    layer.deleteFeature(post);
+    Feature e = layer.feature(east);
+    EXPECT_EQ(layer.bounds(), (Rect{x0, y0, e.bounds().xmax, y0 + 1}));
+    e.offset(-0.5, 0);
+    layer.updateFeature(e);
+    EXPECT_EQ(layer.bounds(), (Rect{x0, y0, e.bounds().xmax, y0 + 1}));
+    EXPECT_LT(e.bounds().xmax, x0 + 1.6);
+    EXPECT_EQ(fids(layer.searchAtPoint({x0 + 1.4, y0 + 0.5})), std::vector<qint64>{east});
+    EXPECT_TRUE(layer.searchAtPoint({x0 + 1.8, y0 + 0.5}).isEmpty());
+    layer.deleteFeature(west);
+    layer.deleteFeature(east);
+    EXPECT_TRUE(layer.bounds().isNull());
+    // An empty index starts again from the next feature's place.
+    const qint64 again = layer.addFeature(Feature::symbol({-5, -5})).fid();
+    EXPECT_EQ(layer.firstAtPoint({-5, -5}).fid(), again);
+}

@@ -1,18 +1,47 @@
 #include "carto/model/feature_text.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <new>
 
 namespace carto {
 
+namespace {
+
+constexpr qsizetype kInPlace = 7;
+
+// A block: two units of length (low, high), then the text.
+char16_t* newBlock(QStringView text) {
+    const auto n = std::uint32_t(std::min<qsizetype>(text.size(), 0xFFFFFFFF));
+    auto* block = new char16_t[size_t(n) + 2];
+    block[0] = char16_t(n & 0xFFFF);
+    block[1] = char16_t(n >> 16);
+    std::copy(text.utf16(), text.utf16() + n, block + 2);
+    return block;
+}
+
+bool fitsInPlace(QStringView text) {
+    return text.size() <= kInPlace &&
+           std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x100; });
+}
+
+} // namespace
+
 FeatureText::FeatureText(QStringView text) {
+    static_assert(sizeof(std::uintptr_t) == 8, "seven characters and a length in a word");
     if (text.isEmpty())
         return;
-    const auto n = std::uint32_t(std::min<qsizetype>(text.size(), 0xFFFFFFFF));
-    block_ = std::make_unique_for_overwrite<char16_t[]>(size_t(n) + 2);
-    block_[0] = char16_t(n & 0xFFFF);
-    block_[1] = char16_t(n >> 16);
-    std::copy(text.utf16(), text.utf16() + n, block_.get() + 2);
+    if (!fitsInPlace(text)) {
+        word_ = reinterpret_cast<std::uintptr_t>(newBlock(text));
+        return;
+    }
+    word_ = std::uintptr_t(text.size()) << 1 | 1;
+    for (qsizetype i = 0; i < text.size(); ++i)
+        word_ |= std::uintptr_t(text[i].unicode()) << (8 * (i + 1));
+}
+
+FeatureText::~FeatureText() {
+    if (!inPlace())
+        delete[] block(); // null when there is no text
 }
 
 FeatureText& FeatureText::operator=(const FeatureText& other) {
@@ -21,12 +50,42 @@ FeatureText& FeatureText::operator=(const FeatureText& other) {
     return *this;
 }
 
-qsizetype FeatureText::size() const {
-    return block_ ? qsizetype(std::uint32_t(block_[0]) | std::uint32_t(block_[1]) << 16) : 0;
+FeatureText& FeatureText::operator=(FeatureText&& other) noexcept {
+    if (this != &other) {
+        if (!inPlace())
+            delete[] block();
+        word_ = other.word_;
+        other.word_ = 0;
+    }
+    return *this;
 }
 
-QStringView FeatureText::view() const {
-    return block_ ? QStringView(block_.get() + 2, size()) : QStringView();
+const char16_t* FeatureText::block() const {
+    return reinterpret_cast<const char16_t*>(word_);
+}
+
+qsizetype FeatureText::size() const {
+    if (inPlace())
+        return qsizetype((word_ & 0xFF) >> 1);
+    const char16_t* b = block();
+    return b ? qsizetype(std::uint32_t(b[0]) | std::uint32_t(b[1]) << 16) : 0;
+}
+
+QString FeatureText::toString() const {
+    if (!inPlace())
+        return word_ == 0 ? QString()
+                          : QString(reinterpret_cast<const QChar*>(block() + 2), size());
+    QString text(size(), Qt::Uninitialized);
+    for (qsizetype i = 0; i < text.size(); ++i)
+        text[i] = QChar(char16_t((word_ >> (8 * (i + 1))) & 0xFF));
+    return text;
+}
+
+bool operator==(const FeatureText& a, const FeatureText& b) {
+    // A text held in place is held so whoever holds it: the words then say it all.
+    if (a.inPlace() || b.inPlace() || a.word_ == 0 || b.word_ == 0)
+        return a.word_ == b.word_;
+    return QStringView(a.block() + 2, a.size()) == QStringView(b.block() + 2, b.size());
 }
 
 } // namespace carto

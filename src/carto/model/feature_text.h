@@ -1,11 +1,12 @@
 #pragma once
-// A feature's text held in one small block, its length then its UTF-16 units, or nothing:
-// a pointer's worth in every feature where a QString takes three, and most features
-// (plots, lines) have no text at all. A null text and an empty one are the same: nothing.
+// A feature's text in one word: up to seven Latin-1 characters (a plot's number) held in
+// the word itself, a longer text in a small block of its length then its UTF-16 units, or
+// nothing. A QString takes three words in every feature, and most features (plots, lines)
+// have no text at all. A null text and an empty one are the same: nothing.
 
 #include <QString>
 #include <QStringView>
-#include <memory>
+#include <cstdint>
 
 namespace carto {
 
@@ -14,25 +15,26 @@ public:
     FeatureText() = default;
     FeatureText(QStringView text); // NOLINT: stands wherever a text is given
     FeatureText(const QString& text) : FeatureText(QStringView(text)) {} // NOLINT
-    FeatureText(const FeatureText& other) : FeatureText(other.view()) {}
-    FeatureText(FeatureText&&) noexcept = default;
+    FeatureText(const FeatureText& other) : FeatureText(other.toString()) {}
+    FeatureText(FeatureText&& other) noexcept : word_(other.word_) { other.word_ = 0; }
     FeatureText& operator=(const FeatureText& other);
-    FeatureText& operator=(FeatureText&&) noexcept = default;
-    ~FeatureText() = default;
+    FeatureText& operator=(FeatureText&& other) noexcept;
+    ~FeatureText();
 
-    bool isEmpty() const { return !block_; }
+    bool isEmpty() const { return word_ == 0; }
     qsizetype size() const;
-    QStringView view() const;
-    QString toString() const { return view().toString(); }
+    QString toString() const;
     operator QString() const { return toString(); }
 
-    friend bool operator==(const FeatureText& a, const FeatureText& b) {
-        return a.view() == b.view();
-    }
+    friend bool operator==(const FeatureText& a, const FeatureText& b);
 
 private:
-    // Two units of length (low, high), then the text.
-    std::unique_ptr<char16_t[]> block_;
+    // Odd: held in place, the length in the low byte (shifted), the characters above it.
+    // Even and not zero: the address of the block. Zero: no text.
+    bool inPlace() const { return (word_ & 1) != 0; }
+    const char16_t* block() const;
+
+    std::uintptr_t word_ = 0;
 };
 
 } // namespace carto

@@ -52,7 +52,26 @@ qsizetype Layer::fieldIndex(QStringView name) const {
 }
 
 Rect Layer::bounds() const {
-    return index_.bounds();
+    if (!bounds_) {
+        Rect all;
+        for (const auto& entry : features_)
+            all = all.united(entry.second->bounds);
+        bounds_ = all;
+    }
+    return *bounds_;
+}
+
+void Layer::boundsAdded(const Rect& box) {
+    if (bounds_)
+        bounds_ = bounds_->united(box);
+}
+
+void Layer::boundsRemoved(const Rect& box) {
+    // Only a box on the edge can take the bounds in; the walk waits for the next ask.
+    if (bounds_ && !box.isNull() &&
+        (box.xmin <= bounds_->xmin || box.ymin <= bounds_->ymin || box.xmax >= bounds_->xmax ||
+         box.ymax >= bounds_->ymax))
+        bounds_.reset();
 }
 
 Features Layer::allFeatures() const {
@@ -260,11 +279,14 @@ void Layer::putInMemory(qint64 fid, FeaturePtr data) {
             prepared_.erase(fid);
         if (!(old.bounds == data->bounds)) {
             index_.remove(old.bounds, fid);
+            boundsRemoved(old.bounds);
             index_.insert(data->bounds, fid);
+            boundsAdded(data->bounds);
         }
         it->second = std::move(data);
     } else {
         index_.insert(data->bounds, fid);
+        boundsAdded(data->bounds);
         features_.put(fid, std::move(data));
         nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
     }
@@ -276,6 +298,7 @@ void Layer::eraseFromMemory(qint64 fid) {
     if (it == features_.end())
         return;
     index_.remove(it->second->bounds, fid);
+    boundsRemoved(it->second->bounds);
     prepared_.erase(fid);
     features_.erase(it);
     changed();
@@ -451,7 +474,7 @@ Features Layer::searchAtPoint(Point p) const {
     std::vector<qint64> hits;
     for (qint64 fid : index_.containingPoint(p)) {
         const FeatureData& d = *features_.at(fid);
-        if (d.kind != FeatureKind::Region || prepared(fid).covers(p))
+        if (d.bounds.contains(p) && (d.kind != FeatureKind::Region || prepared(fid).covers(p)))
             hits.push_back(fid);
     }
     std::sort(hits.begin(), hits.end());
@@ -472,8 +495,7 @@ qint64 Layer::cellAnswer(const Rect& cell) const {
 
 Feature Layer::firstAtPoint(Point p) const {
     if (const qint64 known = cells_.answer(
-            p, [this] { return index_.bounds(); },
-            [this](const Rect& cell) { return cellAnswer(cell); });
+            p, [this] { return bounds(); }, [this](const Rect& cell) { return cellAnswer(cell); });
         known != PointCells::kAsk)
         return known < 0 ? Feature() : Feature(this, known, features_.at(known));
     qint64 first = -1;
@@ -481,7 +503,7 @@ Feature Layer::firstAtPoint(Point p) const {
         if (first >= 0 && fid > first)
             return;
         const auto it = features_.find(fid);
-        if (it != features_.end() &&
+        if (it != features_.end() && it->second->bounds.contains(p) &&
             (it->second->kind != FeatureKind::Region || prepared(fid).covers(p)))
             first = fid;
     });
@@ -609,12 +631,15 @@ void Layer::loadFeatures(std::vector<std::pair<qint64, FeaturePtr>> rows) {
     features_.reserve(rows.size());
     std::vector<std::pair<Rect, qint64>> boxes;
     boxes.reserve(rows.size());
+    Rect all;
     for (auto& [fid, data] : rows) {
         boxes.emplace_back(data->bounds, fid);
+        all = all.united(data->bounds);
         nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
         features_.put(fid, std::move(data));
     }
     index_.rebuild(boxes);
+    bounds_ = all;
     changed();
 }
 
@@ -626,7 +651,7 @@ void Layer::changed() {
 
 std::vector<std::pair<qint64, FeaturePtr>> Layer::dataInBox(const Rect& box) const {
     std::vector<std::pair<qint64, FeaturePtr>> out;
-    const Rect all = index_.bounds();
+    const Rect all = bounds();
     if (box.contains(all) || coversMostOf(box, all)) {
         // Most of the layer in view (the plan shown whole or nearly): the table is already
         // in FID order, and testing each box as it goes costs less than sorting what the
@@ -643,7 +668,8 @@ std::vector<std::pair<qint64, FeaturePtr>> Layer::dataInBox(const Rect& box) con
     std::sort(fids.begin(), fids.end()); // drawing order is FID order, as stored
     out.reserve(fids.size());
     for (const qint64 fid : fids)
-        if (const auto it = features_.find(fid); it != features_.end())
+        if (const auto it = features_.find(fid);
+            it != features_.end() && box.intersects(it->second->bounds))
             out.emplace_back(fid, it->second);
     return out;
 }

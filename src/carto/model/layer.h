@@ -108,7 +108,7 @@ public:
     qsizetype fieldIndex(QStringView name) const; // -1 when unknown
 
     int featureCount() const { return int(features_.size()); }
-    Rect bounds() const; // of all features, from the R-tree
+    Rect bounds() const; // of all features
     Features allFeatures() const;
     Feature firstFeature() const; // the lowest FID's; invalid when the layer is empty
     // Every feature in FID order, without looking each one up again.
@@ -190,6 +190,9 @@ private:
     void requireBracket() const;
 
     void putInMemory(qint64 fid, FeaturePtr data);
+    // Keep the cached bounds of the layer as a feature's box comes or goes.
+    void boundsAdded(const Rect& box);
+    void boundsRemoved(const Rect& box);
     void eraseFromMemory(qint64 fid);
     void changed(); // drops derived caches
     // What firstAtPoint answers for every point of the cell, or PointCells::kAsk.
@@ -224,6 +227,7 @@ private:
     std::vector<int> accessModes_;
     int updateDepth_ = 0;
 
+    mutable std::optional<Rect> bounds_; // of all features; walked again when unknown
     mutable std::optional<Geometry> union_;
     mutable std::unordered_map<qint64, std::unique_ptr<PreparedGeometry>> prepared_;
     mutable PointCells cells_;

@@ -1,15 +1,23 @@
 #include "spatial_index.h"
 
+// GCC's -O2 sees the R*-tree's fixed-capacity arrays of float boxes as maybe uninitialised
+// when it sorts them on reinsertion; they are filled before they are read.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
 #include <boost/geometry.hpp>
 #include <boost/geometry/index/rtree.hpp>
 #include <boost/iterator/function_output_iterator.hpp>
+#include <cmath>
+#include <limits>
 
 namespace carto {
 
 namespace bg = boost::geometry;
 namespace bgi = boost::geometry::index;
 
-using BPoint = bg::model::point<double, 2, bg::cs::cartesian>;
+using BPoint = bg::model::point<float, 2, bg::cs::cartesian>;
 using BBox = bg::model::box<BPoint>;
 using Entry = std::pair<BBox, qint64>;
 
@@ -19,8 +27,20 @@ struct SpatialIndex::Tree {
 
 namespace {
 
-BBox toBox(const Rect& r) {
-    return BBox(BPoint(r.xmin, r.ymin), BPoint(r.xmax, r.ymax));
+// The float at or below v, and at or above it.
+float down(double v) {
+    const float f = float(v);
+    return double(f) > v ? std::nextafter(f, -std::numeric_limits<float>::infinity()) : f;
+}
+float up(double v) {
+    const float f = float(v);
+    return double(f) < v ? std::nextafter(f, std::numeric_limits<float>::infinity()) : f;
+}
+
+// The same rectangle always gives the same box, so an entry is found again to be removed.
+BBox toBox(const Rect& r, Point origin) {
+    return BBox(BPoint(down(r.xmin - origin.x), down(r.ymin - origin.y)),
+                BPoint(up(r.xmax - origin.x), up(r.ymax - origin.y)));
 }
 
 } // namespace
@@ -31,23 +51,30 @@ SpatialIndex::SpatialIndex(SpatialIndex&&) noexcept = default;
 SpatialIndex& SpatialIndex::operator=(SpatialIndex&&) noexcept = default;
 
 void SpatialIndex::rebuild(const std::vector<std::pair<Rect, qint64>>& entries) {
+    Rect all;
+    for (const auto& e : entries)
+        all = all.united(e.first);
+    origin_ = all.isNull() ? Point{} : all.center();
     std::vector<Entry> boxes;
     boxes.reserve(entries.size());
     for (const auto& [r, fid] : entries)
         if (!r.isNull())
-            boxes.emplace_back(toBox(r), fid);
+            boxes.emplace_back(toBox(r, origin_), fid);
     // The packing constructor builds a balanced tree in one pass.
     tree_->rtree = bgi::rtree<Entry, bgi::rstar<16>>(boxes);
 }
 
 void SpatialIndex::insert(const Rect& box, qint64 fid) {
-    if (!box.isNull())
-        tree_->rtree.insert(Entry(toBox(box), fid));
+    if (box.isNull())
+        return;
+    if (tree_->rtree.empty())
+        origin_ = box.center();
+    tree_->rtree.insert(Entry(toBox(box, origin_), fid));
 }
 
 void SpatialIndex::remove(const Rect& box, qint64 fid) {
     if (!box.isNull())
-        tree_->rtree.remove(Entry(toBox(box), fid));
+        tree_->rtree.remove(Entry(toBox(box, origin_), fid));
 }
 
 void SpatialIndex::clear() {
@@ -58,20 +85,12 @@ size_t SpatialIndex::size() const {
     return tree_->rtree.size();
 }
 
-Rect SpatialIndex::bounds() const {
-    if (tree_->rtree.empty())
-        return {};
-    const BBox b = tree_->rtree.bounds(); // kept by the tree's root: no walk over entries
-    return {b.min_corner().get<0>(), b.min_corner().get<1>(), b.max_corner().get<0>(),
-            b.max_corner().get<1>()};
-}
-
 std::vector<qint64> SpatialIndex::intersecting(const Rect& r) const {
     std::vector<qint64> out;
     if (r.isNull())
         return out;
     tree_->rtree.query(
-        bgi::intersects(toBox(r)),
+        bgi::intersects(toBox(r, origin_)),
         boost::make_function_output_iterator([&](const Entry& e) { out.push_back(e.second); }));
     return out;
 }
@@ -84,7 +103,7 @@ std::vector<qint64> SpatialIndex::containingPoint(Point p) const {
 
 void SpatialIndex::visitContaining(Point p, const std::function<void(qint64)>& visit) const {
     tree_->rtree.query(
-        bgi::intersects(BPoint(p.x, p.y)),
+        bgi::intersects(toBox(Rect{p.x, p.y, p.x, p.y}, origin_)),
         boost::make_function_output_iterator([&](const Entry& e) { visit(e.second); }));
 }
 
