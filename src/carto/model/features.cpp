@@ -99,8 +99,4 @@ Rect Features::bounds() const {
     return r;
 }
 
-Feature Features::const_iterator::operator*() const {
-    return owner_->at(int(i_));
-}
-
 } // namespace carto

@@ -5,6 +5,7 @@
 // (what every search returns) membership is a binary search; a hash set is built only
 // once a collection gets out of order.
 
+#include "base/index_iterator.h"
 #include "carto/model/feature.h"
 
 #include <unordered_set>
@@ -36,28 +37,9 @@ public:
     Feature at(int index) const; // 0-based
     Rect bounds() const;
 
-    class const_iterator {
-    public:
-        using value_type = Feature;
-        using difference_type = std::ptrdiff_t;
-        const_iterator() = default;
-        const_iterator(const Features* owner, size_t i) : owner_(owner), i_(i) {}
-        Feature operator*() const;
-        const_iterator& operator++() {
-            ++i_;
-            return *this;
-        }
-        const_iterator operator++(int) {
-            auto copy = *this;
-            ++i_;
-            return copy;
-        }
-        bool operator==(const const_iterator& o) const { return i_ == o.i_; }
-
-    private:
-        const Features* owner_ = nullptr;
-        size_t i_ = 0;
-    };
+    // The same as at(), for iterating.
+    Feature operator[](size_t index) const { return at(int(index)); }
+    using const_iterator = veldra::IndexIterator<Features, Feature>;
     const_iterator begin() const { return {this, 0}; }
     const_iterator end() const { return {this, fids_.size()}; }
 
