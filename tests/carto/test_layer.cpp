@@ -3,6 +3,7 @@
 #include "carto/model/map.h"
 
 #include <QSignalSpy>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -372,6 +373,12 @@ TEST(Layer, SearchesAreExactToTheMillimetreFarFromTheOrigin) {
     EXPECT_EQ(fids(layer.searchWithinRectangle({x0 + 0.9995, y0 - 1, x0 + 1.0005, y0 + 2},
                                                searchmode::PartlyWithin)),
               std::vector<qint64>{west});
+
+    // A rectangle past a float's range still holds them all.
+    EXPECT_EQ(layer.searchWithinRectangle({-1e300, -1e300, 1e300, 1e300}, searchmode::PartlyWithin)
+                  .count(),
+              3);
+    EXPECT_TRUE(layer.searchAtPoint({std::nan(""), y0}).isEmpty());
 
     // The bounds shrink when the feature on their edge goes or moves in, and the index
     // finds what moved where it went.

@@ -6,10 +6,12 @@
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #endif
 
+#include <algorithm>
+#include <bit>
 #include <boost/geometry.hpp>
 #include <boost/geometry/index/rtree.hpp>
 #include <boost/iterator/function_output_iterator.hpp>
-#include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace carto {
@@ -27,20 +29,37 @@ struct SpatialIndex::Tree {
 
 namespace {
 
-// The float at or below v, and at or above it.
+// Coordinates past a float's range are held at its end: such a box still meets all it
+// did, and the conversion stays defined.
+float nearest(double v) {
+    constexpr double kMax = std::numeric_limits<float>::max();
+    return float(std::clamp(v, -kMax, kMax)); // a NaN stays one
+}
+
+// The float at or below v, and at or above it, a step away when the nearest one is on the
+// wrong side (the bits of a float are ordered as its magnitude).
 float down(double v) {
-    const float f = float(v);
-    return double(f) > v ? std::nextafter(f, -std::numeric_limits<float>::infinity()) : f;
+    const float f = nearest(v);
+    if (!(double(f) > v))
+        return f;
+    return f > 0   ? std::bit_cast<float>(std::bit_cast<std::uint32_t>(f) - 1)
+           : f < 0 ? std::bit_cast<float>(std::bit_cast<std::uint32_t>(f) + 1)
+                   : -std::numeric_limits<float>::denorm_min();
 }
 float up(double v) {
-    const float f = float(v);
-    return double(f) < v ? std::nextafter(f, std::numeric_limits<float>::infinity()) : f;
+    return -down(-v);
 }
 
 // The same rectangle always gives the same box, so an entry is found again to be removed.
 BBox toBox(const Rect& r, Point origin) {
     return BBox(BPoint(down(r.xmin - origin.x), down(r.ymin - origin.y)),
                 BPoint(up(r.xmax - origin.x), up(r.ymax - origin.y)));
+}
+
+// Rounding to the nearest float keeps order, so a point inside a rectangle stays inside its
+// outward-rounded box.
+BPoint toPoint(Point p, Point origin) {
+    return BPoint(nearest(p.x - origin.x), nearest(p.y - origin.y));
 }
 
 } // namespace
@@ -103,7 +122,7 @@ std::vector<qint64> SpatialIndex::containingPoint(Point p) const {
 
 void SpatialIndex::visitContaining(Point p, const std::function<void(qint64)>& visit) const {
     tree_->rtree.query(
-        bgi::intersects(toBox(Rect{p.x, p.y, p.x, p.y}, origin_)),
+        bgi::intersects(toPoint(p, origin_)),
         boost::make_function_output_iterator([&](const Entry& e) { visit(e.second); }));
 }
 
