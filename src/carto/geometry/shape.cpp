@@ -1,6 +1,7 @@
 #include "carto/geometry/shape.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -32,18 +33,16 @@ bool operator==(PartView a, PartView b) {
 }
 
 Shape::Shape(const Parts& parts) {
-    std::vector<Point> points;
-    std::vector<std::uint32_t> ends;
     std::size_t total = 0;
     for (const Part& part : parts)
         total += part.size();
-    points.reserve(total);
-    ends.reserve(parts.size());
-    for (const Part& part : parts) {
-        points.insert(points.end(), part.begin(), part.end());
-        ends.push_back(std::uint32_t(points.size()));
+    Point* to = allocate(total, parts.size());
+    std::uint32_t end = 0;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        to = std::copy(parts[i].begin(), parts[i].end(), to);
+        end += std::uint32_t(parts[i].size());
+        setEnd(i, end);
     }
-    adopt(points, ends);
 }
 
 Shape::Shape(std::span<const Point> points, std::span<const std::uint32_t> ends) {
@@ -102,26 +101,31 @@ void Shape::release() {
     one_ = Point{};
 }
 
-void Shape::adopt(std::span<const Point> points, std::span<const std::uint32_t> ends) {
+Point* Shape::allocate(std::size_t points, std::size_t parts) {
     constexpr std::size_t kMax = std::numeric_limits<std::uint32_t>::max();
-    if (points.size() > kMax || ends.size() > kMax)
+    if (points > kMax || parts > kMax)
         throw std::length_error("shape too large");
+    parts_ = std::uint32_t(parts);
+    points_ = std::uint32_t(points);
+    if (inPlace())
+        return &one_;
+    block_ = static_cast<Point*>(::operator new(blockBytes(points, parts)));
+    return block_;
+}
+
+void Shape::setEnd(std::size_t part, std::uint32_t end) {
+    if (parts_ > 1)
+        std::memcpy(reinterpret_cast<std::byte*>(block_ + points_) + part * sizeof end, &end,
+                    sizeof end);
+}
+
+void Shape::adopt(std::span<const Point> points, std::span<const std::uint32_t> ends) {
     const bool ordered = std::is_sorted(ends.begin(), ends.end());
     if (ends.empty() ? !points.empty() : !ordered || ends.back() != points.size())
         throw std::invalid_argument("parts that do not end with the points");
-    parts_ = std::uint32_t(ends.size());
-    points_ = std::uint32_t(points.size());
-    if (inPlace()) {
-        one_ = points.empty() ? Point{} : points[0];
-        return;
-    }
-    const std::size_t kept = endsStored(ends.size());
-    block_ = static_cast<Point*>(::operator new(blockBytes(points.size(), ends.size())));
-    if (!points.empty())
-        std::memcpy(block_, points.data(), points.size() * sizeof(Point));
-    if (kept > 0)
-        std::memcpy(static_cast<void*>(block_ + points.size()), ends.data(),
-                    kept * sizeof(std::uint32_t));
+    std::copy(points.begin(), points.end(), allocate(points.size(), ends.size()));
+    for (std::size_t i = 0; i < ends.size(); ++i)
+        setEnd(i, ends[i]);
 }
 
 const std::uint32_t* Shape::ends() const {

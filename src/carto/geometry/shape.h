@@ -95,6 +95,10 @@ private:
     // Where each part ends, after the points; none for a single part.
     const std::uint32_t* ends() const;
     void adopt(std::span<const Point> points, std::span<const std::uint32_t> ends);
+    // Sets the counts and makes room (in place or in a block); where the points go.
+    Point* allocate(std::size_t points, std::size_t parts);
+    // Where the part ends, kept only when there are several.
+    void setEnd(std::size_t part, std::uint32_t end);
     void release();
     // Takes the other's points, leaving it empty.
     void take(Shape& other) noexcept;
@@ -116,7 +120,6 @@ public:
         ends_.clear();
     }
     void addPoint(Point p) { points_.push_back(p); }
-    void reservePoints(std::size_t n) { points_.reserve(points_.size() + n); }
     // Ends the part begun since the last one ended.
     void endPart() { ends_.push_back(std::uint32_t(points_.size())); }
     bool empty() const { return ends_.empty(); }

@@ -210,11 +210,15 @@ void settleShape(FeatureData& data, bool checkValidity) {
         const auto open = [](PartView ring) {
             return !ring.empty() && !(ring.front() == ring.back());
         };
-        // A plot is one closed ring: it is taken as it is, without copying it.
-        if (data.parts.size() > 1 || std::any_of(data.parts.begin(), data.parts.end(), open)) {
-            Parts rings = data.parts.toParts();
+        // A plot is one closed ring: unless it is checked, it is taken as it is, uncopied.
+        const bool reshape =
+            data.parts.size() > 1 || std::any_of(data.parts.begin(), data.parts.end(), open);
+        if (!reshape && !checkValidity)
+            break;
+        Parts rings = data.parts.toParts();
+        if (reshape) {
             for (Part& ring : rings)
-                if (!ring.empty() && !(ring.front() == ring.back()))
+                if (open(ring))
                     ring.push_back(ring.front()); // stored closed, as storage closes it
             if (rings.size() > 1) {
                 Parts ordered;
@@ -228,7 +232,6 @@ void settleShape(FeatureData& data, bool checkValidity) {
         }
         if (checkValidity) {
             std::vector<std::vector<std::vector<Point>>> polygons;
-            const Parts rings = data.parts.toParts();
             for (const auto& group : polygonsOf(rings)) {
                 auto& polygon = polygons.emplace_back();
                 for (const std::size_t i : group)

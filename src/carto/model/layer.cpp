@@ -652,12 +652,12 @@ void Layer::changed() {
 std::vector<std::pair<qint64, FeaturePtr>> Layer::dataInBox(const Rect& box) const {
     std::vector<std::pair<qint64, FeaturePtr>> out;
     const Rect all = bounds();
-    if (box.contains(all) || coversMostOf(box, all)) {
+    const bool whole = box.contains(all);
+    if (whole || coversMostOf(box, all)) {
         // Most of the layer in view (the plan shown whole or nearly): the table is already
         // in FID order, and testing each box as it goes costs less than sorting what the
         // tree would answer. Features without bounds are not in the tree, and stay out
         // here too (a null box meets nothing).
-        const bool whole = box.contains(all);
         out.reserve(features_.size());
         for (const auto& [fid, data] : features_)
             if (whole ? !data->bounds.isNull() : box.intersects(data->bounds))

@@ -70,10 +70,10 @@ SpatialIndex::SpatialIndex(SpatialIndex&&) noexcept = default;
 SpatialIndex& SpatialIndex::operator=(SpatialIndex&&) noexcept = default;
 
 void SpatialIndex::rebuild(const std::vector<std::pair<Rect, qint64>>& entries) {
-    Rect all;
-    for (const auto& e : entries)
-        all = all.united(e.first);
-    origin_ = all.isNull() ? Point{} : all.center();
+    // Any box of the plan will do as the origin: the others lie within its extent.
+    const auto first = std::find_if(entries.begin(), entries.end(),
+                                    [](const auto& e) { return !e.first.isNull(); });
+    origin_ = first == entries.end() ? Point{} : first->first.center();
     std::vector<Entry> boxes;
     boxes.reserve(entries.size());
     for (const auto& [r, fid] : entries)

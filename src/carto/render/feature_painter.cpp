@@ -26,13 +26,13 @@ double heightPerPixel(const QString& family, bool bold) {
     return *it;
 }
 
-// The pixels, first and last, whose centres a screen span holds; the pixel of its middle
-// when it holds none.
 // Far past any picture, so that a pixel index always fits an int.
 double onScreen(double v) {
     return std::clamp(v, -1e7, 1e7);
 }
 
+// The pixels, first and last, whose centres a screen span holds; the pixel of its middle
+// when it holds none.
 std::pair<int, int> pixelSpan(double from, double to) {
     const int first = int(std::lround(onScreen(from))), end = int(std::lround(onScreen(to)));
     if (end > first)

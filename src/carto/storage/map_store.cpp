@@ -121,7 +121,6 @@ FieldType typeOf(OGRFieldType t) {
 }
 
 void appendRing(const OGRSimpleCurve& curve, ShapeBuilder& parts) {
-    parts.reservePoints(size_t(curve.getNumPoints()));
     for (int i = 0; i < curve.getNumPoints(); ++i)
         parts.addPoint(Point{curve.getX(i), curve.getY(i)});
     parts.endPart();

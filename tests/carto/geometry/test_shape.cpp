@@ -93,7 +93,6 @@ TEST(ShapeBuilder, BuildsOneFeatureAfterAnotherFromTheSameBuffers) {
     for (const Parts& parts : {Parts{kSquare, kHole}, Parts{{{7, 8}}}, Parts{}, Parts{kHole}}) {
         b.clear();
         for (const Part& part : parts) {
-            b.reservePoints(part.size());
             for (const Point& p : part)
                 b.addPoint(p);
             b.endPart();
