@@ -219,7 +219,10 @@ void AttributeValues::Builder::addFrom(const AttributeValues& values, size_t i) 
 void AttributeValues::Builder::addUtf8(const char* utf8) {
     if (!utf8)
         return addText(QStringView());
-    const size_t length = std::strlen(utf8);
+    addUtf8(utf8, std::strlen(utf8));
+}
+
+void AttributeValues::Builder::addUtf8(const char* utf8, size_t length) {
     const auto* bytes = reinterpret_cast<const unsigned char*>(utf8);
     for (size_t k = 0; k < length; ++k)
         if (bytes[k] >= 0x80)

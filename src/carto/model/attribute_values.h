@@ -52,7 +52,8 @@ public:
         void addInt64(qint64 v);
         void addReal(double v);
         void addText(QStringView text); // a null QString stays null
-        void addUtf8(const char* utf8);
+        void addUtf8(const char* utf8); // null: a null text
+        void addUtf8(const char* utf8, size_t length);
         void add(const QVariant& v);
         // The value at i of other values, copied as it is stored there.
         void addFrom(const AttributeValues& values, size_t i);

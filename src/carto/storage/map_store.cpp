@@ -4,8 +4,10 @@
 #include "carto/geometry/geometry.h"
 #include "carto/geometry/rings.h"
 #include "carto/model/conform.h"
+#include "carto/storage/arrow_rows.h"
 #include "carto/storage/database.h"
 #include "carto/storage/gdal_handles.h"
+#include "carto/storage/geometry_read.h"
 #include "carto/storage/style_string.h"
 
 #include <QDir>
@@ -117,53 +119,6 @@ FieldType typeOf(OGRFieldType t) {
         return FieldType::Date;
     default:
         return FieldType::Text;
-    }
-}
-
-void appendRing(const OGRSimpleCurve& curve, ShapeBuilder& parts) {
-    for (int i = 0; i < curve.getNumPoints(); ++i)
-        parts.addPoint(Point{curve.getX(i), curve.getY(i)});
-    parts.endPart();
-}
-
-// Parts and kind of an OGR geometry; curves are read as their linear approximation.
-void readGeometry(const OGRGeometry& g, FeatureKind& kind, ShapeBuilder& parts) {
-    switch (wkbFlatten(g.getGeometryType())) {
-    case wkbPoint: {
-        const auto& p = static_cast<const OGRPoint&>(g);
-        if (!p.IsEmpty()) {
-            parts.addPoint(Point{p.getX(), p.getY()});
-            parts.endPart();
-        }
-        kind = FeatureKind::Symbol;
-        break;
-    }
-    case wkbLineString:
-        appendRing(static_cast<const OGRLineString&>(g), parts);
-        kind = FeatureKind::Line;
-        break;
-    case wkbPolygon: {
-        const auto& poly = static_cast<const OGRPolygon&>(g);
-        for (const OGRLinearRing* ring : poly)
-            appendRing(*ring, parts);
-        kind = FeatureKind::Region;
-        break;
-    }
-    case wkbMultiPoint:
-    case wkbMultiLineString:
-    case wkbMultiPolygon:
-    case wkbGeometryCollection: {
-        const auto& coll = static_cast<const OGRGeometryCollection&>(g);
-        for (const OGRGeometry* member : coll)
-            readGeometry(*member, kind, parts);
-        break;
-    }
-    default: {
-        const std::unique_ptr<OGRGeometry> linear(g.getLinearGeometry());
-        if (linear && wkbFlatten(linear->getGeometryType()) != wkbFlatten(g.getGeometryType()))
-            readGeometry(*linear, kind, parts);
-        break;
-    }
     }
 }
 
@@ -365,6 +320,108 @@ FieldList MapStore::fields(const QString& layer) const {
     return out;
 }
 
+namespace {
+
+// Makes features from rows, whichever way the rows are read: the geometry first, then the
+// style, then the fields; a row whose coordinates cannot be read is left out.
+class FeatureAssembler {
+public:
+    FeatureAssembler(const FieldList& fields, const QString& defaultTextColumn,
+                     MapStore::Read& read)
+        : fields_(fields), read_(read) {
+        if (!defaultTextColumn.isEmpty() && columnOf(defaultTextColumn) >= 0)
+            read_.textField = fields_[size_t(columnOf(defaultTextColumn))].name;
+    }
+
+    // The geometry goes into shape() with kind; false when the row is left out.
+    ShapeBuilder& shape() { return shape_; }
+    bool start(FeatureKind kind) {
+        data_ = MutableFeaturePtr::make();
+        data_->kind = kind;
+        data_->parts = shape_.build();
+        if (readableParts(data_->parts))
+            return true;
+        ++read_.unreadable; // NaN, infinite or absurd coordinates: never handed on
+        return false;
+    }
+    // The fields go into values(), in the order of the field list, before finish().
+    AttributeValues::Builder& values() { return values_; }
+    void finish(qint64 fid, QByteArrayView styleText) {
+        FeatureData& data = *data_;
+        data.style = styleOf(styleText);
+        const ParsedStyle& parsed = previousStyle_->second;
+        if (parsed.kind && data.kind == FeatureKind::Symbol)
+            data.kind = *parsed.kind;
+        data.attributes = values_.build();
+        if (data.kind == FeatureKind::Text) {
+            // The style names the column holding the text, or holds the text itself.
+            const qsizetype column =
+                columnOf(parsed.textField.isEmpty() ? read_.textField : parsed.textField);
+            if (!parsed.textField.isEmpty() && column >= 0 && !textFieldSeen_) {
+                read_.textField = fields_[size_t(column)].name;
+                textFieldSeen_ = true;
+            }
+            data.text = !parsed.literalText.isNull() ? parsed.literalText
+                        : column >= 0                ? data.attributes[size_t(column)].toString()
+                                                     : QString();
+        }
+        refreshDerived(data);
+        read_.rows.emplace_back(fid, std::move(data_));
+    }
+
+private:
+    qsizetype columnOf(const QString& column) const {
+        for (size_t i = 0; i < fields_.size(); ++i)
+            if (fields_[i].name.compare(column, Qt::CaseInsensitive) == 0)
+                return qsizetype(i);
+        return -1;
+    }
+    // Features mostly share a few style strings: each distinct one is parsed once, and
+    // looked up again only when it differs from the previous feature's.
+    StylePtr styleOf(QByteArrayView text) {
+        if (!previousStyle_ || text != previousStyleText_) {
+            previousStyleText_ = text.toByteArray();
+            auto it = styles_.find(previousStyleText_);
+            if (it == styles_.end()) {
+                ParsedStyle parsed = parseStyleString(previousStyleText_);
+                auto style = StylePtr::make(parsed.style);
+                it = styles_.insert(previousStyleText_, {std::move(style), std::move(parsed)});
+            }
+            previousStyle_ = &it.value();
+        }
+        return previousStyle_->first;
+    }
+
+    const FieldList& fields_;
+    MapStore::Read& read_;
+    QHash<QByteArray, std::pair<StylePtr, ParsedStyle>> styles_;
+    const std::pair<StylePtr, ParsedStyle>* previousStyle_ = nullptr;
+    QByteArray previousStyleText_;
+    AttributeValues::Builder values_;
+    ShapeBuilder shape_;
+    MutableFeaturePtr data_;
+    bool textFieldSeen_ = false;
+};
+
+void readArrowRows(ArrowRows& rows, FeatureAssembler& out) {
+    while (rows.next()) {
+        FeatureKind kind = FeatureKind::Region;
+        ShapeBuilder& shape = out.shape();
+        shape.clear();
+        if (const auto wkb = rows.geometry(); !wkb.empty() && !readWkb(wkb, kind, shape)) {
+            shape.clear(); // not WKB: read as OGR reads it, as no geometry
+            kind = FeatureKind::Region;
+        }
+        if (!out.start(kind))
+            continue;
+        for (std::size_t i = 0; i < rows.fieldCount(); ++i)
+            rows.addField(out.values(), i);
+        out.finish(rows.fid(), rows.style());
+    }
+}
+
+} // namespace
+
 MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fields,
                                       const QString& defaultTextColumn) const {
     const gdal::QuietErrors quiet;
@@ -373,83 +430,51 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
     const int styleIndex = defn->GetFieldIndex(kStyleColumn);
     std::vector<int> sourceIndex;
     std::vector<OGRFieldType> sourceType;
-    const auto columnOf = [&](const QString& column) -> qsizetype {
-        for (size_t i = 0; i < fields.size(); ++i)
-            if (fields[i].name.compare(column, Qt::CaseInsensitive) == 0)
-                return qsizetype(i);
-        return -1;
-    };
     for (const FieldDef& f : fields) {
         const int i = defn->GetFieldIndex(f.name.toUtf8().constData());
         sourceIndex.push_back(i);
         sourceType.push_back(i >= 0 ? defn->GetFieldDefn(i)->GetType() : OFTString);
     }
+    const auto reserved = size_t(std::max<GIntBig>(0, layer->GetFeatureCount(FALSE)));
 
-    // Features mostly share a few style strings: parse each distinct one once, and look
-    // up again only when the string differs from the previous feature's.
-    QHash<QByteArray, std::pair<StylePtr, ParsedStyle>> styles;
-    const std::pair<StylePtr, ParsedStyle>* previousStyle = nullptr;
-    QByteArray previousStyleText;
-    AttributeValues::Builder values;
-    ShapeBuilder shape;
+    // A GeoPackage's rows come a batch of columns at a time, much faster than feature by
+    // feature; any trouble there and the layer is read again the slow way.
+    if (wal_) {
+        if (const auto rows = ArrowRows::open(*layer, sourceIndex, styleIndex)) {
+            Read read;
+            read.rows.reserve(reserved);
+            FeatureAssembler out(fields, defaultTextColumn, read);
+            readArrowRows(*rows, out);
+            if (!rows->failed())
+                return read;
+        }
+        CPLErrorReset();
+    }
+
     Read read;
-    if (!defaultTextColumn.isEmpty() && columnOf(defaultTextColumn) >= 0)
-        read.textField = fields[size_t(columnOf(defaultTextColumn))].name;
-    bool textFieldSeen = false;
-    Rows& rows = read.rows;
-    rows.reserve(size_t(std::max<GIntBig>(0, layer->GetFeatureCount(FALSE))));
+    read.rows.reserve(reserved);
+    FeatureAssembler out(fields, defaultTextColumn, read);
     layer->ResetReading();
     for (auto& f : *layer) {
-        auto data = MutableFeaturePtr::make();
+        FeatureKind kind = FeatureKind::Region;
+        ShapeBuilder& shape = out.shape();
         shape.clear();
         if (const OGRGeometry* g = f->GetGeometryRef())
-            readGeometry(*g, data->kind, shape);
-        data->parts = shape.build();
-        if (!readableParts(data->parts)) {
-            ++read.unreadable; // NaN, infinite or absurd coordinates: never handed on
+            readGeometry(*g, kind, shape);
+        if (!out.start(kind))
             continue;
+        for (size_t i = 0; i < fields.size(); ++i) {
+            if (sourceIndex[i] >= 0)
+                readField(out.values(), *f, sourceIndex[i], sourceType[i]);
+            else
+                out.values().addNull();
         }
         const char* styleChars = styleIndex >= 0 && f->IsFieldSetAndNotNull(styleIndex)
                                      ? f->GetFieldAsString(styleIndex)
                                      : f->GetStyleString();
-        const QByteArrayView styleView(styleChars ? styleChars : "");
-        if (!previousStyle || styleView != previousStyleText) {
-            previousStyleText = styleView.toByteArray();
-            auto it = styles.find(previousStyleText);
-            if (it == styles.end()) {
-                ParsedStyle parsed = parseStyleString(previousStyleText);
-                auto style = StylePtr::make(parsed.style);
-                it = styles.insert(previousStyleText, {std::move(style), std::move(parsed)});
-            }
-            previousStyle = &it.value();
-        }
-        data->style = previousStyle->first;
-        const ParsedStyle& parsed = previousStyle->second;
-        if (parsed.kind && data->kind == FeatureKind::Symbol)
-            data->kind = *parsed.kind;
-        for (size_t i = 0; i < fields.size(); ++i) {
-            if (sourceIndex[i] >= 0)
-                readField(values, *f, sourceIndex[i], sourceType[i]);
-            else
-                values.addNull();
-        }
-        data->attributes = values.build();
-        if (data->kind == FeatureKind::Text) {
-            // The style names the column holding the text, or holds the text itself.
-            const qsizetype column =
-                columnOf(parsed.textField.isEmpty() ? read.textField : parsed.textField);
-            if (!parsed.textField.isEmpty() && column >= 0 && !textFieldSeen) {
-                read.textField = fields[size_t(column)].name;
-                textFieldSeen = true;
-            }
-            data->text = !parsed.literalText.isNull() ? parsed.literalText
-                         : column >= 0                ? data->attributes[size_t(column)].toString()
-                                                      : QString();
-        }
-        refreshDerived(*data);
-        rows.emplace_back(f->GetFID(), std::move(data));
+        out.finish(f->GetFID(), QByteArrayView(styleChars ? styleChars : ""));
     }
-    if (CPLGetLastErrorType() >= CE_Failure && rows.empty() && layer->GetFeatureCount() > 0)
+    if (CPLGetLastErrorType() >= CE_Failure && read.rows.empty() && layer->GetFeatureCount() > 0)
         unreadable(database_ ? database::shownSource(source_) : source_, lastGdalError());
     return read;
 }

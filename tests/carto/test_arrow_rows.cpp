@@ -1,0 +1,171 @@
+// A GeoPackage's rows read a batch of columns at a time hold exactly what the same rows
+// read feature by feature hold; a layer with columns of other kinds is read feature by
+// feature, and still opens whole.
+#include "carto/model/map.h"
+#include "carto/storage/arrow_rows.h"
+#include "carto/storage/gdal_handles.h"
+#include "carto/storage/geometry_read.h"
+#include "plan_fixture.h"
+
+#include <QDateTime>
+#include <gdal_priv.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <ogrsf_frmts.h>
+
+using namespace carto;
+
+namespace {
+
+std::unique_ptr<GDALDataset> openForUpdate(const QString& path) {
+    GDALAllRegister();
+    return std::unique_ptr<GDALDataset>(
+        GDALDataset::Open(path.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+}
+
+void addFeature(OGRLayer& layer, const char* wkt, const char* name) {
+    OGRFeature f(layer.GetLayerDefn());
+    if (wkt) {
+        OGRGeometry* g = nullptr;
+        ASSERT_EQ(OGRGeometryFactory::createFromWkt(wkt, nullptr, &g), OGRERR_NONE);
+        f.SetGeometryDirectly(g);
+    }
+    if (name)
+        f.SetField("Nom", name);
+    ASSERT_EQ(layer.CreateFeature(&f), OGRERR_NONE);
+}
+
+// A field as the feature-by-feature read gives it.
+QVariant valueOf(const OGRFeature& f, int i) {
+    if (!f.IsFieldSetAndNotNull(i))
+        return {};
+    switch (f.GetFieldDefnRef(i)->GetType()) {
+    case OFTInteger:
+        return f.GetFieldAsInteger(i);
+    case OFTInteger64:
+        return qlonglong(f.GetFieldAsInteger64(i));
+    case OFTReal:
+        return f.GetFieldAsDouble(i);
+    default:
+        return QString::fromUtf8(f.GetFieldAsString(i));
+    }
+}
+
+} // namespace
+
+TEST(ArrowRows, HoldWhatTheFeatureByFeatureReadHolds) {
+    PlanFixture plans;
+    const QString path = plans.sample(300);
+    {
+        auto ds = openForUpdate(path);
+        ASSERT_TRUE(ds);
+        OGRLayer& plots = *ds->GetLayerByName("Tombes");
+        OGRFieldDefn big("Grand", OFTInteger64);
+        ASSERT_EQ(plots.CreateField(&big), OGRERR_NONE);
+        addFeature(plots, nullptr, "sans forme");
+        addFeature(plots, "CURVEPOLYGON (CIRCULARSTRING (0 0,2 0,2 2,0 2,0 0))", "courbe");
+        addFeature(plots, "MULTIPOLYGON (((0 0,1 0,1 1,0 0)),((5 5,6 5,6 6,5 5)))", "Élodie");
+        addFeature(plots, "POLYGON Z ((0 0 1,1 0 1,1 1 1,0 0 1))", "");
+        ASSERT_EQ(plots.DeleteFeature(7), OGRERR_NONE); // a gap in the FIDs
+        ds->ExecuteSQL("UPDATE Tombes SET Nom = 'ab' || char(0) || 'cd', Grand = 5000000000, "
+                       "OGR_STYLE = NULL WHERE fid = 3",
+                       nullptr, nullptr);
+        ds->ExecuteSQL("UPDATE Tombes SET AngleNumero = NULL, IDGCF = NULL WHERE fid = 4", nullptr,
+                       nullptr);
+    }
+    const gdal::QuietErrors quiet;
+    auto ds = openForUpdate(path);
+    for (OGRLayer* layer : ds->GetLayers()) {
+        if (layer->GetLayerDefn()->GetGeomFieldCount() == 0)
+            continue;
+        SCOPED_TRACE(layer->GetName());
+        const OGRFeatureDefn& defn = *layer->GetLayerDefn();
+        const int style = defn.GetFieldIndex("OGR_STYLE");
+        std::vector<int> fields;
+        for (int i = 0; i < defn.GetFieldCount(); ++i)
+            if (i != style)
+                fields.push_back(i);
+        fields.push_back(-1); // a field the layer lacks
+        const auto rows = ArrowRows::open(*layer, fields, style);
+        ASSERT_TRUE(rows);
+
+        // The columns are read while the features are: each has its own reading.
+        auto second = openForUpdate(path);
+        OGRLayer& byFeature = *second->GetLayerByName(layer->GetName());
+        int count = 0;
+        for (auto& f : byFeature) {
+            ASSERT_TRUE(rows->next());
+            ++count;
+            ASSERT_EQ(rows->fid(), f->GetFID());
+            FeatureKind kind = FeatureKind::Region, arrowKind = FeatureKind::Region;
+            ShapeBuilder expected, shape;
+            if (const OGRGeometry* g = f->GetGeometryRef())
+                readGeometry(*g, kind, expected);
+            if (!rows->geometry().empty()) {
+                EXPECT_TRUE(readWkb(rows->geometry(), arrowKind, shape));
+            }
+            EXPECT_EQ(arrowKind, kind) << f->GetFID();
+            EXPECT_EQ(shape.build(), expected.build()) << f->GetFID();
+            const char* styleText =
+                f->IsFieldSetAndNotNull(style) ? f->GetFieldAsString(style) : "";
+            EXPECT_EQ(rows->style(), QByteArrayView(styleText));
+            AttributeValues::Builder values;
+            for (size_t i = 0; i < rows->fieldCount(); ++i)
+                rows->addField(values, i);
+            const AttributeValues read = values.build();
+            ASSERT_EQ(read.size(), fields.size());
+            for (size_t i = 0; i < fields.size(); ++i)
+                EXPECT_EQ(read[i], fields[i] < 0 ? QVariant() : valueOf(*f, fields[i]))
+                    << f->GetFID() << " " << i;
+        }
+        EXPECT_FALSE(rows->next());
+        EXPECT_FALSE(rows->failed());
+        EXPECT_EQ(count, layer->GetFeatureCount());
+    }
+
+    // And through the whole load: the text stops at its NUL, the big number holds.
+    Map map;
+    map.loadMapSet(path);
+    const Layer& plots = map.requireLayer(u"Tombes");
+    EXPECT_EQ(plots.feature(3).attribute(u"Nom"), QVariant(QStringLiteral("ab")));
+    EXPECT_EQ(plots.feature(3).attribute(u"Grand"), QVariant(qlonglong(5000000000)));
+    EXPECT_EQ(plots.featureCount(), 300 - 1 + 4);
+}
+
+TEST(ArrowRows, ALayerWithOtherKindsOfColumnsIsReadFeatureByFeature) {
+    PlanFixture plans;
+    const QString path = plans.sample(20);
+    {
+        auto ds = openForUpdate(path);
+        OGRLayer& plots = *ds->GetLayerByName("Tombes");
+        OGRFieldDefn date("Achat", OFTDate), flag("Entretenue", OFTInteger);
+        flag.SetSubType(OFSTBoolean);
+        ASSERT_EQ(plots.CreateField(&date), OGRERR_NONE);
+        ASSERT_EQ(plots.CreateField(&flag), OGRERR_NONE);
+        std::unique_ptr<OGRFeature> f(plots.GetFeature(2));
+        f->SetField("Achat", 1998, 5, 17);
+        f->SetField("Entretenue", 1);
+        f->SetField("Nom", "Noël");
+        ASSERT_EQ(plots.SetFeature(f.get()), OGRERR_NONE);
+    }
+    {
+        const gdal::QuietErrors quiet;
+        auto ds = openForUpdate(path);
+        OGRLayer& plots = *ds->GetLayerByName("Tombes");
+        const OGRFeatureDefn& defn = *plots.GetLayerDefn();
+        const int style = defn.GetFieldIndex("OGR_STYLE");
+        for (const char* column : {"Achat", "Entretenue"}) {
+            const std::vector<int> fields{defn.GetFieldIndex("Nom"), defn.GetFieldIndex(column)};
+            EXPECT_FALSE(ArrowRows::open(plots, fields, style)) << column;
+        }
+        const std::vector<int> plain{defn.GetFieldIndex("Nom")};
+        EXPECT_TRUE(ArrowRows::open(plots, plain, style));
+    }
+    Map map;
+    map.loadMapSet(path);
+    const Feature plot = map.requireLayer(u"Tombes").feature(2);
+    EXPECT_EQ(plot.attribute(u"Achat").toDateTime().date(), QDate(1998, 5, 17));
+    EXPECT_EQ(plot.attribute(u"Entretenue").toInt(), 1);
+    EXPECT_EQ(plot.attribute(u"Nom").toString(), QStringLiteral("Noël"));
+    EXPECT_EQ(map.requireLayer(u"Tombes").featureCount(), 20);
+}
