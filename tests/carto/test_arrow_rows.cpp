@@ -72,6 +72,13 @@ TEST(ArrowRows, HoldWhatTheFeatureByFeatureReadHolds) {
                        nullptr, nullptr);
         ds->ExecuteSQL("UPDATE Tombes SET AngleNumero = NULL, IDGCF = NULL WHERE fid = 4", nullptr,
                        nullptr);
+        // Values of another type than their column's, as SQLite lets any program store.
+        for (const char* sql :
+             {"UPDATE Tombes SET IDGCF = 'abc', AngleNumero = 'x', Nom = x'00ff41' WHERE fid = 5",
+              "UPDATE Tombes SET IDGCF = 99999999999, Numero = 12.5, OGR_STYLE = 7 WHERE fid = 6",
+              "UPDATE Tombes SET IDGCF = 3.9, AngleNumero = '45', geom = x'0102' WHERE fid = 8",
+              "UPDATE Tombes SET Grand = 'grand', CLETOMBE = 1e300, geom = NULL WHERE fid = 9"})
+            ds->ExecuteSQL(sql, nullptr, nullptr);
     }
     const gdal::QuietErrors quiet;
     auto ds = openForUpdate(path);
