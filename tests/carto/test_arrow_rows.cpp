@@ -176,3 +176,111 @@ TEST(ArrowRows, ALayerWithOtherKindsOfColumnsIsReadFeatureByFeature) {
     EXPECT_EQ(plot.attribute(u"Nom").toString(), QStringLiteral("Noël"));
     EXPECT_EQ(map.requireLayer(u"Tombes").featureCount(), 20);
 }
+
+// ---- GeoPackages the columnar stream reads wrongly or not at all: the load still gives
+// what the feature-by-feature read gives.
+
+namespace {
+
+std::unique_ptr<GDALDataset> createPlan(const QString& path) {
+    GDALAllRegister();
+    GDALDriver* gpkg = GetGDALDriverManager()->GetDriverByName("GPKG");
+    return std::unique_ptr<GDALDataset>(
+        gpkg->Create(path.toUtf8().constData(), 0, 0, 0, GDT_Unknown, nullptr));
+}
+
+OGRLayer& squares(GDALDataset& ds, const char* name, int columns, int rows) {
+    OGRLayer& layer = *ds.CreateLayer(name, nullptr, wkbPolygon, nullptr);
+    for (int c = 0; c < columns; ++c) {
+        OGRFieldDefn field(QByteArray("C") + QByteArray::number(c), OFTInteger);
+        EXPECT_EQ(layer.CreateField(&field), OGRERR_NONE);
+    }
+    for (int r = 0; r < rows; ++r) {
+        OGRFeature f(layer.GetLayerDefn());
+        for (int c = 0; c < columns; ++c)
+            f.SetField(c, r * 1000 + c);
+        const double x = r * 10;
+        OGRPolygon poly;
+        OGRLinearRing ring;
+        for (const auto& [px, py] : {std::pair{x, 0.0}, {x + 4, 0.0}, {x + 4, 4.0}, {x, 0.0}})
+            ring.addPoint(px, py);
+        poly.addRing(&ring);
+        f.SetGeometry(&poly);
+        EXPECT_EQ(layer.CreateFeature(&f), OGRERR_NONE);
+    }
+    return layer;
+}
+
+// The layer loaded through the map holds the rows OGR reads one by one, shapes and fields.
+void expectLoadedAsReadOneByOne(const QString& path, const char* name) {
+    Map map;
+    map.loadMapSet(path);
+    const Layer& loaded = map.requireLayer(QString::fromUtf8(name));
+    const gdal::QuietErrors quiet;
+    auto ds = openForUpdate(path);
+    OGRLayer& layer = *ds->GetLayerByName(name);
+    int count = 0;
+    for (auto& f : layer) {
+        ++count;
+        SCOPED_TRACE(testing::Message() << name << " fid " << f->GetFID());
+        ASSERT_TRUE(loaded.hasFeature(f->GetFID()));
+        const Feature feature = loaded.feature(f->GetFID());
+        FeatureKind kind = FeatureKind::Region;
+        ShapeBuilder shape;
+        if (const OGRGeometry* g = f->GetGeometryRef())
+            readGeometry(*g, kind, shape);
+        EXPECT_EQ(feature.data().parts, shape.build());
+        for (int i = 0; i < f->GetFieldCount(); ++i)
+            EXPECT_EQ(feature.attribute(QString::fromUtf8(f->GetFieldDefnRef(i)->GetNameRef())),
+                      valueOf(*f, i));
+    }
+    EXPECT_EQ(loaded.featureCount(), count);
+}
+
+} // namespace
+
+TEST(ArrowRows, StreamsThatGoWrongFallBackToTheFeatureByFeatureRead) {
+    PlanFixture plans;
+    const QString path = plans.dir.filePath(QStringLiteral("hostile.gpkg"));
+    {
+        auto ds = createPlan(path);
+        ASSERT_TRUE(ds);
+        // More columns than SQLite passes to one function: the stream stalls.
+        squares(*ds, "Large", 130, 3);
+        // A stale count of features over a gap in the FIDs: the stream repeats rows.
+        OGRLayer& stale = squares(*ds, "Perime", 2, 3);
+        ASSERT_EQ(stale.DeleteFeature(2), OGRERR_NONE);
+        // Geometries and nothing else: the stream gives empty geometries.
+        squares(*ds, "Nu", 0, 3);
+        // Geometries OGR reads that are not GeoPackage blobs.
+        squares(*ds, "Etrangers", 1, 4);
+    }
+    {
+        auto ds = openForUpdate(path);
+        ds->ExecuteSQL("UPDATE gpkg_ogr_contents SET feature_count = 3 WHERE table_name = 'Perime'",
+                       nullptr, nullptr);
+        // A point as the other spatial SQLite format writes it, and a blob stored as text.
+        ds->ExecuteSQL("UPDATE Etrangers SET geom = x'0001e6100000000000000000f03f000000000000"
+                       "0040000000000000f03f00000000000000407c01000000000000000000f03f000000"
+                       "0000000040fe' WHERE fid = 2",
+                       nullptr, nullptr);
+        ds->ExecuteSQL("UPDATE Etrangers SET geom = CAST(geom AS TEXT) WHERE fid = 3", nullptr,
+                       nullptr);
+    }
+    {
+        // The map would keep one of two rows of the same FID; the stream itself says it
+        // went wrong.
+        const gdal::QuietErrors quiet;
+        auto ds = openForUpdate(path);
+        const std::vector<int> fields{0, 1};
+        const auto rows = ArrowRows::open(*ds->GetLayerByName("Perime"), fields, -1);
+        ASSERT_TRUE(rows);
+        int read = 0;
+        while (rows->next())
+            ++read;
+        EXPECT_TRUE(rows->failed());
+        EXPECT_LE(read, 2);
+    }
+    for (const char* layer : {"Large", "Perime", "Nu", "Etrangers"})
+        expectLoadedAsReadOneByOne(path, layer);
+}

@@ -128,21 +128,22 @@ std::unique_ptr<ArrowRows> ArrowRows::open(OGRLayer& layer, std::span<const int>
 
 bool ArrowRows::nextBatch() {
     Stream& s = *stream_;
-    do {
+    // An SQL error inside GDAL's reader (a table of more columns than SQLite passes to
+    // one function, a damaged page) comes as empty batch after empty batch, never as
+    // an error: a second empty batch in a row is taken for one.
+    for (int empty = 0;;) {
         s.releaseBatch();
-        if (s.stream.get_next(&s.stream, &s.batch) != 0) {
-            failed_ = true;
-            const char* why = s.stream.get_last_error(&s.stream);
-            error_ = QString::fromUtf8(why ? why : "");
-            return false;
-        }
+        if (s.stream.get_next(&s.stream, &s.batch) != 0)
+            return fail();
         if (!s.batch.release)
             return false; // the end
-    } while (s.batch.length <= 0);
-    if (s.batch.n_children != s.schema.n_children) {
-        failed_ = true;
-        return false;
+        if (s.batch.length > 0)
+            break;
+        if (++empty == 2)
+            return fail();
     }
+    if (s.batch.n_children != s.schema.n_children)
+        return fail();
     const auto bind = [&](Column& c) {
         if (c.child < 0)
             return;
@@ -165,14 +166,30 @@ bool ArrowRows::nextBatch() {
     return true;
 }
 
+bool ArrowRows::fail() {
+    failed_ = true;
+    return false;
+}
+
 bool ArrowRows::next() {
     if (failed_)
         return false;
-    if (row_ >= 0 && row_ + 1 < length_) {
+    if (row_ >= 0 && row_ + 1 < length_)
         ++row_;
-        return true;
+    else if (!nextBatch())
+        return false;
+    // GDAL trusts the table's stored count of features to step through the FIDs: a stale
+    // count over a gap gives rows twice.
+    const qint64 id = fid();
+    if (id <= lastFid_)
+        return fail();
+    lastFid_ = id;
+    if (geometry_.isNull(row_)) {
+        ++nullGeometries_;
+    } else if (geometry().empty()) {
+        return fail(); // what GDAL 3.6 gives for every row of a layer without fields
     }
-    return nextBatch();
+    return true;
 }
 
 qint64 ArrowRows::fid() const {
@@ -180,7 +197,7 @@ qint64 ArrowRows::fid() const {
 }
 
 std::span<const std::byte> ArrowRows::geometry() const {
-    const QByteArrayView wkb = geometry_.text(row_);
+    const QByteArrayView wkb = geometry_.child < 0 ? QByteArrayView() : geometry_.text(row_);
     return {reinterpret_cast<const std::byte*>(wkb.data()), std::size_t(wkb.size())};
 }
 

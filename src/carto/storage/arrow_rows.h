@@ -2,14 +2,15 @@
 // A GeoPackage layer's rows read a batch at a time through GDAL's columnar stream, with no
 // OGRFeature made per row: the FID, the fields asked for, the style column and the
 // geometry as WKB. It reads the common column kinds only; for any other the layer is read
-// feature by feature instead, so both ways give the same values.
+// feature by feature instead. A stream seen going wrong fails; the caller then reads
+// feature by feature too.
 
 #include "carto/model/attribute_values.h"
 
 #include <QByteArrayView>
-#include <QString>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <span>
 #include <vector>
@@ -31,7 +32,10 @@ public:
     // Moves to the next row; false at the end or on an error, which failed() tells apart.
     bool next();
     bool failed() const { return failed_; }
-    const QString& error() const { return error_; }
+    // Rows read so far without a geometry. GDAL gives none as well for a geometry that is
+    // not a GeoPackage blob (another format's, or one stored as text), which OGR reads
+    // feature by feature: the caller compares with the table's own count of NULLs.
+    qint64 nullGeometries() const { return nullGeometries_; }
 
     qint64 fid() const;
     // The row's WKB, empty when it has no geometry.
@@ -59,6 +63,7 @@ private:
 
     explicit ArrowRows(std::unique_ptr<Stream> stream);
     bool nextBatch();
+    bool fail();
 
     std::unique_ptr<Stream> stream_;
     Column fid_;
@@ -67,8 +72,9 @@ private:
     std::vector<Column> fields_;
     std::int64_t row_ = -1;
     std::int64_t length_ = 0;
+    qint64 lastFid_ = std::numeric_limits<qint64>::min();
+    qint64 nullGeometries_ = 0;
     bool failed_ = false;
-    QString error_;
 };
 
 } // namespace carto

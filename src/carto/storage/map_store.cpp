@@ -403,6 +403,19 @@ private:
     bool textFieldSeen_ = false;
 };
 
+// Rows of a GeoPackage table without any geometry; -1 when it cannot be told.
+qint64 storedNullGeometries(GDALDataset& ds, OGRLayer& layer) {
+    const auto quoted = [](const char* name) {
+        QByteArray q(name);
+        return '"' + q.replace('"', "\"\"") + '"';
+    };
+    const QByteArray sql = "SELECT COUNT(*) FROM " + quoted(layer.GetName()) + " WHERE " +
+                           quoted(layer.GetGeometryColumn()) + " IS NULL";
+    const auto count = gdal::executeSql(ds, sql.constData());
+    const std::unique_ptr<OGRFeature> row{count ? count->GetNextFeature() : nullptr};
+    return row ? row->GetFieldAsInteger64(0) : -1;
+}
+
 void readArrowRows(ArrowRows& rows, FeatureAssembler& out) {
     while (rows.next()) {
         FeatureKind kind = FeatureKind::Region;
@@ -438,14 +451,16 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
     const auto reserved = size_t(std::max<GIntBig>(0, layer->GetFeatureCount(FALSE)));
 
     // A GeoPackage's rows come a batch of columns at a time, much faster than feature by
-    // feature; any trouble there and the layer is read again the slow way.
+    // feature. A stream seen going wrong, or one that lost geometries OGR reads, and the
+    // layer is read again the slow way.
     if (wal_) {
         if (const auto rows = ArrowRows::open(*layer, sourceIndex, styleIndex)) {
             Read read;
             read.rows.reserve(reserved);
             FeatureAssembler out(fields, defaultTextColumn, read);
             readArrowRows(*rows, out);
-            if (!rows->failed())
+            if (!rows->failed() && (rows->nullGeometries() == 0 ||
+                                    rows->nullGeometries() == storedNullGeometries(*ds_, *layer)))
                 return read;
         }
         CPLErrorReset();
