@@ -15,9 +15,9 @@ namespace carto {
 
 void readGeometry(const OGRGeometry& g, FeatureKind& kind, ShapeBuilder& parts);
 
-// Reads into parts that start empty. False, with the parts and kind in an unspecified
-// state, when OGR would not read the bytes either: truncated, counts past the end, an
-// unknown type.
+// Reads into parts that start empty. False, with the parts empty and the kind as given,
+// when OGR would not read the bytes either: truncated, counts past the end, an unknown
+// type.
 bool readWkb(std::span<const std::byte> wkb, FeatureKind& kind, ShapeBuilder& parts);
 
 } // namespace carto

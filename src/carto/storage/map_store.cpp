@@ -333,8 +333,12 @@ public:
             read_.textField = fields_[size_t(columnOf(defaultTextColumn))].name;
     }
 
-    // The geometry goes into shape() with kind; false when the row is left out.
-    ShapeBuilder& shape() { return shape_; }
+    // The row's geometry goes into newShape(), emptied for it, then start() with its kind;
+    // false when the row is left out.
+    ShapeBuilder& newShape() {
+        shape_.clear();
+        return shape_;
+    }
     bool start(FeatureKind kind) {
         data_ = MutableFeaturePtr::make();
         data_->kind = kind;
@@ -419,12 +423,9 @@ qint64 storedNullGeometries(GDALDataset& ds, OGRLayer& layer) {
 void readArrowRows(ArrowRows& rows, FeatureAssembler& out) {
     while (rows.next()) {
         FeatureKind kind = FeatureKind::Region;
-        ShapeBuilder& shape = out.shape();
-        shape.clear();
-        if (const auto wkb = rows.geometry(); !wkb.empty() && !readWkb(wkb, kind, shape)) {
-            shape.clear(); // not WKB: read as OGR reads it, as no geometry
-            kind = FeatureKind::Region;
-        }
+        ShapeBuilder& shape = out.newShape();
+        if (const auto wkb = rows.geometry(); !wkb.empty())
+            readWkb(wkb, kind, shape); // bytes OGR would not read give no geometry
         if (!out.start(kind))
             continue;
         for (std::size_t i = 0; i < rows.fieldCount(); ++i)
@@ -472,8 +473,7 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
     layer->ResetReading();
     for (auto& f : *layer) {
         FeatureKind kind = FeatureKind::Region;
-        ShapeBuilder& shape = out.shape();
-        shape.clear();
+        ShapeBuilder& shape = out.newShape();
         if (const OGRGeometry* g = f->GetGeometryRef())
             readGeometry(*g, kind, shape);
         if (!out.start(kind))
