@@ -54,6 +54,7 @@ void Map::loadMapSet(const QString& pathOrConnection, const MapSetOptions& optio
         layer->loadFeatures(std::move(read.rows));
         layers.push_back(std::move(layer));
     }
+    store->releaseReadMemory();
     clearUndoStack();
     datasets_.clear();
     layers_ = std::move(layers);

@@ -5,6 +5,8 @@
 #include <memory>
 #include <ogr_feature.h>
 #include <ogrsf_frmts.h>
+#include <optional>
+#include <string>
 
 namespace carto::gdal {
 
@@ -35,6 +37,24 @@ public:
     ~QuietErrors() { CPLPopErrorHandler(); }
     QuietErrors(const QuietErrors&) = delete;
     QuietErrors& operator=(const QuietErrors&) = delete;
+};
+
+// A GDAL configuration option set for this thread only while the guard lives: a control
+// inside someone else's program leaves GDAL's global options alone.
+class ThreadOption {
+public:
+    ThreadOption(const char* key, const char* value) : key_(key) {
+        if (const char* was = CPLGetThreadLocalConfigOption(key, nullptr))
+            was_ = was;
+        CPLSetThreadLocalConfigOption(key, value);
+    }
+    ~ThreadOption() { CPLSetThreadLocalConfigOption(key_, was_ ? was_->c_str() : nullptr); }
+    ThreadOption(const ThreadOption&) = delete;
+    ThreadOption& operator=(const ThreadOption&) = delete;
+
+private:
+    const char* key_;
+    std::optional<std::string> was_;
 };
 
 } // namespace carto::gdal

@@ -238,6 +238,13 @@ MapStore::~MapStore() {
     }
 }
 
+void MapStore::releaseReadMemory() const {
+    if (!wal_)
+        return;
+    if (auto* db = static_cast<sqlite3*>(ds_->GetInternalHandle("SQLITE_HANDLE")))
+        sqlite3_db_release_memory(db);
+}
+
 std::unique_ptr<MapStore> MapStore::open(const QString& pathOrConnection) {
     GDALAllRegister();
     const gdal::QuietErrors quiet;
@@ -248,6 +255,9 @@ std::unique_ptr<MapStore> MapStore::open(const QString& pathOrConnection) {
         !db && (!pathOrConnection.contains(u':') || QFileInfo::exists(pathOrConnection));
     if (isFile && !QFileInfo(pathOrConnection).isFile())
         unreadable(pathOrConnection, QStringLiteral("fichier introuvable"));
+    // The plan's SQL needs none of SpatiaLite's functions (GDAL has the GeoPackage's own);
+    // loading it costs every open several megabytes of projection tables.
+    const gdal::ThreadOption noSpatialite("SPATIALITE_LOAD", "NO");
     std::unique_ptr<GDALDataset, DatasetCloser> ds(
         GDALDataset::Open(pathOrConnection.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE,
                           nullptr, nullptr, nullptr));

@@ -59,6 +59,9 @@ public:
     FieldList fields(const QString& layer) const;
     Read readFeatures(const QString& layer, const FieldList& fields,
                       const QString& defaultTextColumn = {}) const;
+    // Hands back the pages the database cached while the layers were read: they are read
+    // once, and the cache would otherwise stay as large as the plan's busiest table.
+    void releaseReadMemory() const;
 
     // Writes; a text feature's text goes to `textField` when the layer has that column,
     // into its style otherwise. insert() takes `fid` when it is not negative (a feature
