@@ -69,6 +69,40 @@ TEST(AttributeValues, EveryValueComesBackAsItWasGiven) {
     expectSame(read[3], QVariant(QString()), 3);
 }
 
+TEST(AttributeValues, LongAndWideTextsKeepTheValuesAfterThemInPlace) {
+    // Lengths past one byte of length word, Latin-1 beyond ASCII, and characters beyond it.
+    const std::vector<QVariant> given{
+        QVariant(QString(127, u'a')),
+        QVariant(1),
+        QVariant(QString(128, u'é')),
+        QVariant(2.25),
+        QVariant(QString(70000, u'Œ')),
+        QVariant(qlonglong(-3)),
+        QVariant(QStringLiteral("Œuvre de l'été")),
+        QVariant(QDate(2026, 1, 2)),
+        QVariant(QStringLiteral("fin")),
+    };
+    const AttributeValues values(given);
+    for (size_t i = 0; i < given.size(); ++i)
+        expectSame(values[i], given[i], i);
+    const AttributeValues copy = values;
+    AttributeValues changed = copy;
+    changed.set(2, QStringLiteral("court"));
+    for (size_t i = 0; i < given.size(); ++i) {
+        expectSame(copy[i], given[i], i);
+        if (i != 2)
+            expectSame(changed[i], given[i], i);
+    }
+    EXPECT_EQ(changed[2].toString(), "court");
+
+    AttributeValues::Builder b;
+    b.addUtf8("\xc3\xa9t\xc3\xa9 \xc5\x92"); // UTF-8 "été Œ"
+    b.addUtf8("abc\0def", 7);                // a NUL inside, kept as given
+    const AttributeValues read = b.build();
+    EXPECT_EQ(read[0].toString(), QStringLiteral("été Œ"));
+    EXPECT_EQ(read[1].toString().size(), 7);
+}
+
 TEST(AttributeValues, CopiesAreIndependentAndChangesKeepTheRest) {
     std::vector<QVariant> given = kValues;
     given[8] = 1.5; // NaN is never equal to itself, as between variants

@@ -9,58 +9,109 @@ namespace carto {
 
 namespace {
 
-enum Kind : std::uint8_t { Null, Int, Int64, Real, Bool, Text, NullText, Boxed };
+// False and True carry their value in the kind; Latin1 and Utf16 are texts, their length
+// first; NullText is a null QString, Null no value at all; Boxed is the next variant.
+enum Kind : std::uint8_t { Null, Int, Int64, Real, False, True, Latin1, Utf16, NullText, Boxed };
 
-constexpr size_t alignUp(size_t n, size_t a) {
-    return (n + a - 1) / a * a;
+template <typename T> T load(const unsigned char* p) {
+    T v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+
+bool fitsLatin1(QStringView text) {
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x100; });
 }
 
 } // namespace
 
-// The block: this header, a cell per value, a kind byte per value, the texts' characters,
-// then the boxed variants.
+// The block: this header, the boxed variants, a kind byte per value, then the packed values.
 struct AttributeValues::Header {
     std::uint32_t count;
-    std::uint32_t chars;
     std::uint32_t boxed;
-    std::uint32_t unused;
 
-    static size_t kindsAt(size_t count) { return sizeof(Header) + 8 * count; }
-    static size_t charsAt(size_t count) { return alignUp(kindsAt(count) + count, 2); }
-    static size_t boxedAt(size_t count, size_t chars) {
-        return alignUp(charsAt(count) + 2 * chars, alignof(QVariant));
-    }
-    size_t bytes() const { return boxedAt(count, chars) + sizeof(QVariant) * boxed; }
+    static size_t kindsAt(size_t boxed) { return sizeof(Header) + sizeof(QVariant) * boxed; }
 
-    const std::byte* base() const { return reinterpret_cast<const std::byte*>(this); }
-    std::byte* base() { return reinterpret_cast<std::byte*>(this); }
-    const std::uint64_t* cells() const {
-        return reinterpret_cast<const std::uint64_t*>(base() + sizeof(Header));
-    }
-    const std::uint8_t* kinds() const {
-        return reinterpret_cast<const std::uint8_t*>(base() + kindsAt(count));
-    }
-    // A text cell: the offset of its first character, and its length above.
-    QStringView text(std::uint64_t cell) const {
-        return {reinterpret_cast<const char16_t*>(base() + charsAt(count)) + (cell & 0xffffffffu),
-                qsizetype(cell >> 32)};
-    }
-    QVariant* boxes() { return reinterpret_cast<QVariant*>(base() + boxedAt(count, chars)); }
+    const unsigned char* base() const { return reinterpret_cast<const unsigned char*>(this); }
+    unsigned char* base() { return reinterpret_cast<unsigned char*>(this); }
+    QVariant* boxes() { return reinterpret_cast<QVariant*>(base() + sizeof(Header)); }
     const QVariant* boxes() const {
-        return reinterpret_cast<const QVariant*>(base() + boxedAt(count, chars));
+        return reinterpret_cast<const QVariant*>(base() + sizeof(Header));
     }
+    const std::uint8_t* kinds() const { return base() + kindsAt(boxed); }
+    const unsigned char* packed() const { return kinds() + count; }
 
-    // A block of that shape, its boxed variants not yet made.
-    static Header* allocate(size_t count, size_t chars, size_t boxed) {
-        const size_t bytes = boxedAt(count, chars) + sizeof(QVariant) * boxed;
-        auto* h = static_cast<Header*>(::operator new(bytes));
+    // A block of that shape, its boxed variants not yet made (boxed counts those made).
+    static Header* allocate(size_t count, size_t boxed, size_t packed) {
+        auto* h = static_cast<Header*>(::operator new(kindsAt(boxed) + count + packed));
         h->count = std::uint32_t(count);
-        h->chars = std::uint32_t(chars);
-        h->boxed = std::uint32_t(boxed);
-        h->unused = 0;
+        h->boxed = 0;
         return h;
     }
 };
+
+namespace {
+
+// One value as the block holds it: its kind, its packed bytes, and for a text where its
+// characters start and how many there are.
+struct Packed {
+    std::uint8_t kind = Null;
+    const unsigned char* begin = nullptr;
+    const unsigned char* end = nullptr;
+    const unsigned char* chars = nullptr;
+    size_t length = 0;
+};
+
+// Reads the values of a block one after the other.
+class Reader {
+public:
+    Reader(const std::uint8_t* kinds, const unsigned char* packed) : kinds_(kinds), at_(packed) {}
+
+    Packed next() {
+        Packed v;
+        v.kind = kinds_[i_++];
+        v.begin = at_;
+        switch (v.kind) {
+        case Int:
+            at_ += 4;
+            break;
+        case Int64:
+        case Real:
+            at_ += 8;
+            break;
+        case Latin1:
+        case Utf16: {
+            std::uint64_t n = 0;
+            for (int shift = 0;; shift += 7) {
+                const unsigned char byte = *at_++;
+                n |= std::uint64_t(byte & 0x7f) << shift;
+                if (!(byte & 0x80))
+                    break;
+            }
+            v.chars = at_;
+            v.length = size_t(n);
+            at_ += v.kind == Utf16 ? 2 * v.length : v.length;
+            break;
+        }
+        default:
+            break;
+        }
+        v.end = at_;
+        return v;
+    }
+    void skip(size_t n) {
+        while (n-- > 0)
+            next();
+    }
+    const unsigned char* at() const { return at_; }
+
+private:
+    const std::uint8_t* kinds_;
+    const unsigned char* at_;
+    size_t i_ = 0;
+};
+
+} // namespace
 
 void AttributeValues::Release::operator()(Header* h) const {
     QVariant* boxes = h->boxes();
@@ -80,15 +131,15 @@ AttributeValues::AttributeValues(const AttributeValues& other) {
     const Header* from = other.header();
     if (!from)
         return;
-    Header* to = Header::allocate(from->count, from->chars, from->boxed);
-    const size_t plain = Header::boxedAt(from->count, from->chars);
-    std::memcpy(to->base() + sizeof(Header), from->base() + sizeof(Header), plain - sizeof(Header));
-    size_t made = 0;
+    Reader all(from->kinds(), from->packed());
+    all.skip(from->count);
+    const size_t plain = size_t(all.at() - from->kinds());
+    Header* to = Header::allocate(from->count, from->boxed, plain - from->count);
+    std::memcpy(to->base() + Header::kindsAt(from->boxed), from->kinds(), plain);
     try {
-        for (; made < from->boxed; ++made)
-            std::construct_at(to->boxes() + made, from->boxes()[made]);
+        for (; to->boxed < from->boxed; ++to->boxed)
+            std::construct_at(to->boxes() + to->boxed, from->boxes()[to->boxed]);
     } catch (...) {
-        to->boxed = std::uint32_t(made);
         Release{}(to);
         throw;
     }
@@ -109,25 +160,33 @@ QVariant AttributeValues::operator[](size_t i) const {
     const Header* h = header();
     if (!h || i >= h->count)
         return {};
-    const std::uint64_t cell = h->cells()[i];
-    switch (h->kinds()[i]) {
+    Reader r(h->kinds(), h->packed());
+    r.skip(i);
+    const Packed v = r.next();
+    switch (v.kind) {
     case Int:
-        return QVariant(int(std::int32_t(std::uint32_t(cell))));
+        return QVariant(load<std::int32_t>(v.begin));
     case Int64:
-        return QVariant(qlonglong(cell));
+        return QVariant(qlonglong(load<std::int64_t>(v.begin)));
     case Real:
-        return QVariant(std::bit_cast<double>(cell));
-    case Bool:
-        return QVariant(cell != 0);
-    case Text: {
-        const QStringView text = h->text(cell);
+        return QVariant(load<double>(v.begin));
+    case False:
+    case True:
+        return QVariant(v.kind == True);
+    case Latin1:
         // An empty text is not a null one.
-        return QVariant(text.isEmpty() ? QStringLiteral("") : text.toString());
+        return QVariant(v.length == 0 ? QStringLiteral("")
+                                      : QString::fromLatin1(reinterpret_cast<const char*>(v.chars),
+                                                            qsizetype(v.length)));
+    case Utf16: {
+        QString text(qsizetype(v.length), Qt::Uninitialized);
+        std::memcpy(text.data(), v.chars, 2 * v.length);
+        return QVariant(text);
     }
     case NullText:
         return QVariant(QString());
     case Boxed:
-        return h->boxes()[cell];
+        return h->boxes()[std::count(h->kinds(), h->kinds() + i, std::uint8_t(Boxed))];
     default:
         return {};
     }
@@ -163,57 +222,68 @@ bool operator==(const AttributeValues& a, const AttributeValues& b) {
     return true;
 }
 
-void AttributeValues::Builder::push(std::uint8_t kind, std::uint64_t cell) {
+void AttributeValues::Builder::push(std::uint8_t kind, const void* bytes, size_t size) {
     kinds_.push_back(kind);
-    cells_.push_back(cell);
+    const auto* p = static_cast<const unsigned char*>(bytes);
+    packed_.insert(packed_.end(), p, p + size);
 }
 
-// The characters appended since `offset` as one text.
-void AttributeValues::Builder::pushText(size_t offset) {
-    push(Text, std::uint64_t(offset) | std::uint64_t(chars_.size() - offset) << 32);
+// Seven bits a byte, the high bit set on all but the last.
+void AttributeValues::Builder::pushLength(std::uint64_t n) {
+    do {
+        const auto low = static_cast<unsigned char>(n & 0x7f);
+        n >>= 7;
+        packed_.push_back(n ? low | 0x80 : low);
+    } while (n);
 }
 
 void AttributeValues::Builder::addNull() {
-    push(Null, 0);
+    push(Null);
 }
 
 void AttributeValues::Builder::addInt(int v) {
-    push(Int, std::uint32_t(v));
+    const std::int32_t cell = v;
+    push(Int, &cell, sizeof cell);
 }
 
 void AttributeValues::Builder::addInt64(qint64 v) {
-    push(Int64, std::uint64_t(v));
+    const std::int64_t cell = v;
+    push(Int64, &cell, sizeof cell);
 }
 
 void AttributeValues::Builder::addReal(double v) {
-    push(Real, std::bit_cast<std::uint64_t>(v));
+    push(Real, &v, sizeof v);
 }
 
 void AttributeValues::Builder::addText(QStringView text) {
-    if (text.isNull()) {
-        push(NullText, 0);
+    if (text.isNull())
+        return push(NullText);
+    if (fitsLatin1(text)) {
+        push(Latin1);
+        pushLength(std::uint64_t(text.size()));
+        for (const QChar c : text)
+            packed_.push_back(static_cast<unsigned char>(c.unicode()));
         return;
     }
-    const size_t offset = chars_.size();
-    chars_.insert(chars_.end(), text.utf16(), text.utf16() + text.size());
-    pushText(offset);
+    push(Utf16);
+    pushLength(std::uint64_t(text.size()));
+    const auto* bytes = reinterpret_cast<const unsigned char*>(text.utf16());
+    packed_.insert(packed_.end(), bytes, bytes + 2 * text.size());
 }
 
 void AttributeValues::Builder::addFrom(const AttributeValues& values, size_t i) {
     const Header* h = values.header();
     if (!h || i >= h->count)
         return addNull();
-    const std::uint64_t cell = h->cells()[i];
-    switch (h->kinds()[i]) {
-    case Text:
-        return addText(h->text(cell));
-    case Boxed:
-        push(Boxed, boxed_.size());
-        boxed_.push_back(h->boxes()[cell]);
+    Reader r(h->kinds(), h->packed());
+    r.skip(i);
+    const Packed v = r.next();
+    if (v.kind == Boxed) {
+        push(Boxed);
+        boxed_.push_back(h->boxes()[std::count(h->kinds(), h->kinds() + i, std::uint8_t(Boxed))]);
         return;
-    default:
-        return push(h->kinds()[i], cell);
     }
+    push(v.kind, v.begin, size_t(v.end - v.begin));
 }
 
 void AttributeValues::Builder::addUtf8(const char* utf8) {
@@ -224,13 +294,12 @@ void AttributeValues::Builder::addUtf8(const char* utf8) {
 
 void AttributeValues::Builder::addUtf8(const char* utf8, size_t length) {
     const auto* bytes = reinterpret_cast<const unsigned char*>(utf8);
-    for (size_t k = 0; k < length; ++k)
-        if (bytes[k] >= 0x80)
-            return addText(QString::fromUtf8(utf8, qsizetype(length)));
-    // ASCII, by far the most common: widened in place, no string made.
-    const size_t offset = chars_.size();
-    chars_.insert(chars_.end(), bytes, bytes + length);
-    pushText(offset);
+    if (std::any_of(bytes, bytes + length, [](unsigned char b) { return b >= 0x80; }))
+        return addText(QString::fromUtf8(utf8, qsizetype(length)));
+    // ASCII, by far the most common: copied as it is, no string made.
+    push(Latin1);
+    pushLength(length);
+    packed_.insert(packed_.end(), bytes, bytes + length);
 }
 
 void AttributeValues::Builder::add(const QVariant& v) {
@@ -245,27 +314,25 @@ void AttributeValues::Builder::add(const QVariant& v) {
         case QMetaType::Double:
             return addReal(*static_cast<const double*>(v.constData()));
         case QMetaType::Bool:
-            return push(Bool, *static_cast<const bool*>(v.constData()) ? 1 : 0);
+            return push(*static_cast<const bool*>(v.constData()) ? True : False);
         case QMetaType::QString:
             return addText(*static_cast<const QString*>(v.constData()));
         default:
             break;
         }
     }
-    push(Boxed, boxed_.size());
+    push(Boxed);
     boxed_.push_back(v);
 }
 
 AttributeValues AttributeValues::Builder::build() {
     AttributeValues out;
     if (!kinds_.empty()) {
-        const size_t count = kinds_.size();
-        Header* h = Header::allocate(count, chars_.size(), boxed_.size());
-        h->boxed = 0;
-        std::memcpy(h->base() + sizeof(Header), cells_.data(), 8 * count);
-        std::memcpy(h->base() + Header::kindsAt(count), kinds_.data(), count);
-        if (!chars_.empty())
-            std::memcpy(h->base() + Header::charsAt(count), chars_.data(), 2 * chars_.size());
+        Header* h = Header::allocate(kinds_.size(), boxed_.size(), packed_.size());
+        unsigned char* kinds = h->base() + Header::kindsAt(boxed_.size());
+        std::memcpy(kinds, kinds_.data(), kinds_.size());
+        if (!packed_.empty())
+            std::memcpy(kinds + kinds_.size(), packed_.data(), packed_.size());
         out.block_.reset(h);
         // Counted as they are made, so a failure releases exactly those.
         for (const QVariant& v : boxed_) {
@@ -273,9 +340,8 @@ AttributeValues AttributeValues::Builder::build() {
             ++h->boxed;
         }
     }
-    cells_.clear();
     kinds_.clear();
-    chars_.clear();
+    packed_.clear();
     boxed_.clear();
     return out;
 }

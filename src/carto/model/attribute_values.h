@@ -1,9 +1,10 @@
 #pragma once
-// A feature's attribute values in one block: eight bytes and a kind byte per value, the
-// characters of its texts after them. A plot's attributes take about a third of the memory
-// of a vector of variants, in one allocation instead of one per value and per text.
-// Values read back as the variants they were given as: numbers, booleans and texts are
-// unboxed; any other type (a date, a typed null) is kept as a variant inside the block.
+// A feature's attribute values in one block: a kind byte per value, then the values packed
+// one after the other (an integer in four bytes, a text as its length then its characters,
+// in one byte each when they all fit). A plot's attributes take a third of the memory of a
+// vector of variants, in one allocation instead of one per value and per text. Values read
+// back as the variants they were given as: numbers, booleans and texts are unboxed; any
+// other type (a date, a typed null) is kept as a variant inside the block.
 
 #include "base/index_iterator.h"
 
@@ -62,12 +63,12 @@ public:
         AttributeValues build();
 
     private:
-        void push(std::uint8_t kind, std::uint64_t cell);
-        void pushText(size_t offset);
+        friend class AttributeValues;
+        void push(std::uint8_t kind, const void* bytes = nullptr, size_t size = 0);
+        void pushLength(std::uint64_t n);
 
-        std::vector<std::uint64_t> cells_;
         std::vector<std::uint8_t> kinds_;
-        std::vector<char16_t> chars_;
+        std::vector<unsigned char> packed_;
         std::vector<QVariant> boxed_;
     };
 
