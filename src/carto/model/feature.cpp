@@ -20,13 +20,6 @@ const Style kDefaultStyle;
     throw Erreur(err::ObjetInconnu, QStringLiteral("L'objet n'est pas valide."));
 }
 
-Rect partsBounds(const Shape& parts) {
-    Rect r;
-    for (const Point& p : parts.points())
-        r = r.united(Rect{p.x, p.y, p.x, p.y});
-    return r;
-}
-
 Feature make(FeatureKind kind, Parts parts, const Style& style, QString text = {}) {
     auto data = MutableFeaturePtr::make();
     data->kind = kind;
@@ -39,17 +32,43 @@ Feature make(FeatureKind kind, Parts parts, const Style& style, QString text = {
 
 } // namespace
 
+namespace {
+
+bool hasAnchor(const FeatureData& data) {
+    return (data.kind == FeatureKind::Text || data.kind == FeatureKind::Symbol) &&
+           !data.parts.empty() && !data.parts[0].empty();
+}
+
+} // namespace
+
 void refreshDerived(FeatureData& data) {
     const Style& style = data.style ? *data.style : kDefaultStyle;
-    if (data.kind == FeatureKind::Text && !data.parts.empty() && !data.parts[0].empty()) {
-        data.bounds = textBounds(data.parts[0][0], data.text, style);
-    } else if (data.kind == FeatureKind::Symbol && !data.parts.empty() && !data.parts[0].empty()) {
+    if (!hasAnchor(data)) {
+        data.extent = {};
+    } else if (data.kind == FeatureKind::Text) {
+        data.extent = textExtent(data.text, style);
+    } else {
         // A symbol of s points covers a square s / 100 map units wide, as texts do.
-        const Point p = data.parts[0][0];
         const double h = std::max(style.symbolSize, 0.0) / 200.0;
-        data.bounds = Rect{p.x - h, p.y - h, p.x + h, p.y + h};
-    } else
-        data.bounds = partsBounds(data.parts);
+        data.extent = {h, h};
+    }
+}
+
+Rect FeatureData::bounds() const {
+    if (hasAnchor(*this)) {
+        const Point p = parts[0][0];
+        return Rect{p.x - extent.x, p.y - extent.y, p.x + extent.x, p.y + extent.y};
+    }
+    Rect r;
+    for (const Point& p : parts.points()) {
+        if (std::isnan(p.x) || std::isnan(p.y))
+            continue; // as Rect::united leaves a null rectangle out
+        r.xmin = std::min(r.xmin, p.x);
+        r.ymin = std::min(r.ymin, p.y);
+        r.xmax = std::max(r.xmax, p.x);
+        r.ymax = std::max(r.ymax, p.y);
+    }
+    return r;
 }
 
 Geometry regionGeometry(const Parts& rings) {
@@ -66,7 +85,7 @@ Geometry geometryOf(const FeatureData& data) {
         return data.parts.size() == 1 ? Geometry::lineString(data.parts[0])
                                       : Geometry::multiLineString(data.parts.toParts());
     case FeatureKind::Text:
-        return Geometry::rectangle(data.bounds);
+        return Geometry::rectangle(data.bounds());
     case FeatureKind::Symbol:
         break;
     }
@@ -228,7 +247,8 @@ struct RegionMeasure {
 };
 
 RegionMeasure measureRegion(const FeatureData& d) {
-    const Point o{d.bounds.xmin, d.bounds.ymin};
+    const Rect box = d.bounds();
+    const Point o{box.xmin, box.ymin};
     Parts local = d.parts.toParts();
     for (Part& ring : local)
         for (Point& p : ring)
@@ -257,11 +277,12 @@ Point Feature::centre() const {
     if (d.kind == FeatureKind::Region && !d.parts.empty() && d.parts.size() > 1)
         if (const RegionMeasure m = measureRegion(d); m.area > 0)
             return m.centre;
-    return d.bounds.isNull() ? Point{} : d.bounds.center();
+    const Rect box = d.bounds();
+    return box.isNull() ? Point{} : box.center();
 }
 
 Rect Feature::bounds() const {
-    return data().bounds;
+    return data().bounds();
 }
 
 double Feature::area() const {

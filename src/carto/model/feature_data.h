@@ -27,10 +27,14 @@ struct FeatureData {
     Shape parts;   // flat: see shape.h
     StylePtr style;
     AttributeValues attributes; // by the layer's column order
-    FeatureText text; // texts only
+    FeatureText text;           // texts only
 
-    // Derived, kept with the data: recomputed whenever the data changes.
-    Rect bounds;
+    // Derived, kept with the data: recomputed whenever the data changes. How far a text or
+    // a symbol reaches from its point on each side (a text's from its font); zero for the
+    // rest, whose bounds come from their points.
+    Point extent;
+
+    Rect bounds() const;
 };
 
 using FeaturePtr = DataRef<const FeatureData>;

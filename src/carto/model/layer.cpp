@@ -55,7 +55,7 @@ Rect Layer::bounds() const {
     if (!bounds_) {
         Rect all;
         for (const auto& entry : features_)
-            all = all.united(entry.second->bounds);
+            all = all.united(entry.second->bounds());
         bounds_ = all;
     }
     return *bounds_;
@@ -277,16 +277,18 @@ void Layer::putInMemory(qint64 fid, FeaturePtr data) {
         // An attribute or a style changed: the R-tree and the prepared shape still hold.
         if (old.kind != data->kind || old.parts != data->parts)
             prepared_.erase(fid);
-        if (!(old.bounds == data->bounds)) {
-            index_.remove(old.bounds, fid);
-            boundsRemoved(old.bounds);
-            index_.insert(data->bounds, fid);
-            boundsAdded(data->bounds);
+        const Rect was = old.bounds(), now = data->bounds();
+        if (!(was == now)) {
+            index_.remove(was, fid);
+            boundsRemoved(was);
+            index_.insert(now, fid);
+            boundsAdded(now);
         }
         it->second = std::move(data);
     } else {
-        index_.insert(data->bounds, fid);
-        boundsAdded(data->bounds);
+        const Rect box = data->bounds();
+        index_.insert(box, fid);
+        boundsAdded(box);
         features_.put(fid, std::move(data));
         nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
     }
@@ -297,8 +299,9 @@ void Layer::eraseFromMemory(qint64 fid) {
     const auto it = features_.find(fid);
     if (it == features_.end())
         return;
-    index_.remove(it->second->bounds, fid);
-    boundsRemoved(it->second->bounds);
+    const Rect box = it->second->bounds();
+    index_.remove(box, fid);
+    boundsRemoved(box);
     prepared_.erase(fid);
     features_.erase(it);
     changed();
@@ -322,7 +325,7 @@ Feature Layer::storeNew(FeaturePtr data, qint64 fid) {
     // What memory held under that FID, normally nothing, is what an undo puts back.
     const auto held = features_.find(fid);
     map_->journal(*this, fid, held == features_.end() ? nullptr : held->second);
-    const Rect area = data->bounds;
+    const Rect area = data->bounds();
     putInMemory(fid, data);
     map_->noteChange(*this, Change::Added, fid, area);
     return Feature(this, fid, std::move(data));
@@ -336,7 +339,7 @@ FeaturePtr Layer::storeReplace(qint64 fid, FeaturePtr data) {
     if (!memory_ && map_->store())
         map_->store()->update(name_, fid, *data, fields_, textField_, it->second.get());
     FeaturePtr before = it->second;
-    const Rect area = before->bounds.united(data->bounds);
+    const Rect area = before->bounds().united(data->bounds());
     map_->journal(*this, fid, before);
     putInMemory(fid, std::move(data));
     map_->noteChange(*this, Change::Updated, fid, area);
@@ -351,7 +354,7 @@ FeaturePtr Layer::storeErase(qint64 fid) {
     if (!memory_ && map_->store())
         map_->store()->remove(name_, fid);
     FeaturePtr before = it->second;
-    const Rect area = before->bounds;
+    const Rect area = before->bounds();
     map_->journal(*this, fid, before);
     eraseFromMemory(fid);
     map_->noteChange(*this, Change::Deleted, fid, area);
@@ -361,7 +364,7 @@ FeaturePtr Layer::storeErase(qint64 fid) {
 void Layer::restore(qint64 fid, const FeaturePtr& before, bool inStorage) {
     const auto it = features_.find(fid);
     const bool present = it != features_.end();
-    Rect area = present ? it->second->bounds : Rect{};
+    Rect area = present ? it->second->bounds() : Rect{};
     if (inStorage) {
         MapStore& store = *map_->store();
         if (before && present)
@@ -372,7 +375,7 @@ void Layer::restore(qint64 fid, const FeaturePtr& before, bool inStorage) {
             store.remove(name_, fid);
     }
     if (before) {
-        area = area.united(before->bounds);
+        area = area.united(before->bounds());
         putInMemory(fid, before);
     } else {
         eraseFromMemory(fid);
@@ -470,11 +473,16 @@ Features Layer::searchEqual(QStringView column, const QVariant& value) const {
     return hits ? Features(this, *hits) : Features(this);
 }
 
+bool Layer::covers(qint64 fid, const FeatureData& d, Point p) const {
+    // A region's prepared shape tests its own bounds first; computing them here would walk
+    // every point of a large region.
+    return d.kind == FeatureKind::Region ? prepared(fid).covers(p) : d.bounds().contains(p);
+}
+
 Features Layer::searchAtPoint(Point p) const {
     std::vector<qint64> hits;
     for (qint64 fid : index_.containingPoint(p)) {
-        const FeatureData& d = *features_.at(fid);
-        if (d.bounds.contains(p) && (d.kind != FeatureKind::Region || prepared(fid).covers(p)))
+        if (covers(fid, *features_.at(fid), p))
             hits.push_back(fid);
     }
     std::sort(hits.begin(), hits.end());
@@ -503,8 +511,7 @@ Feature Layer::firstAtPoint(Point p) const {
         if (first >= 0 && fid > first)
             return;
         const auto it = features_.find(fid);
-        if (it != features_.end() && it->second->bounds.contains(p) &&
-            (it->second->kind != FeatureKind::Region || prepared(fid).covers(p)))
+        if (it != features_.end() && covers(fid, *it->second, p))
             first = fid;
     });
     return first < 0 ? Feature() : Feature(this, first, features_.at(first));
@@ -522,7 +529,7 @@ Features Layer::searchWithinRectangle(const Rect& r, int mode) const {
             keep = r.contains(f.centre());
             break;
         case searchmode::PartlyWithin:
-            if (within(d.bounds, r)) {
+            if (within(d.bounds(), r)) {
                 keep = true;
             } else {
                 if (!area)
@@ -531,7 +538,7 @@ Features Layer::searchWithinRectangle(const Rect& r, int mode) const {
             }
             break;
         case searchmode::EntirelyWithin:
-            keep = within(d.bounds, r);
+            keep = within(d.bounds(), r);
             break;
         default:
             throw Erreur(err::AppelIncorrect,
@@ -633,8 +640,8 @@ void Layer::loadFeatures(std::vector<std::pair<qint64, FeaturePtr>> rows) {
     boxes.reserve(rows.size());
     Rect all;
     for (auto& [fid, data] : rows) {
-        boxes.emplace_back(data->bounds, fid);
-        all = all.united(data->bounds);
+        boxes.emplace_back(data->bounds(), fid);
+        all = all.united(boxes.back().first);
         nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
         features_.put(fid, std::move(data));
     }
@@ -660,7 +667,7 @@ std::vector<std::pair<qint64, FeaturePtr>> Layer::dataInBox(const Rect& box) con
         // here too (a null box meets nothing).
         out.reserve(features_.size());
         for (const auto& [fid, data] : features_)
-            if (whole ? !data->bounds.isNull() : box.intersects(data->bounds))
+            if (whole ? !data->bounds().isNull() : box.intersects(data->bounds()))
                 out.emplace_back(fid, data);
         return out;
     }
@@ -669,7 +676,7 @@ std::vector<std::pair<qint64, FeaturePtr>> Layer::dataInBox(const Rect& box) con
     out.reserve(fids.size());
     for (const qint64 fid : fids)
         if (const auto it = features_.find(fid);
-            it != features_.end() && box.intersects(it->second->bounds))
+            it != features_.end() && box.intersects(it->second->bounds()))
             out.emplace_back(fid, it->second);
     return out;
 }

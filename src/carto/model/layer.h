@@ -198,6 +198,8 @@ private:
     // What firstAtPoint answers for every point of the cell, or PointCells::kAsk.
     qint64 cellAnswer(const Rect& cell) const;
     void settingChanged(bool display);
+    // Whether the feature holds the point: a region's shape, the bounds of anything else.
+    bool covers(qint64 fid, const FeatureData& d, Point p) const;
     std::vector<qint64> matching(const Condition& c) const;
     Features equalTo(qsizetype column, const QString& key, bool numeric) const;
     const std::vector<qint64>* lookup(qsizetype column, const QString& key, bool numeric) const;

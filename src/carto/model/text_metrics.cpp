@@ -62,13 +62,17 @@ QSizeF textSize(const QString& text, const Style& style) {
     return {widthOf(*it, text) * height, height};
 }
 
-Rect textBounds(Point anchor, const QString& text, const Style& style) {
+Point textExtent(const QString& text, const Style& style) {
     const QSizeF size = textSize(text, style);
     const double hw = size.width() / 2, hh = size.height() / 2;
     const double a = qDegreesToRadians(style.textRotation);
     const double c = std::fabs(std::cos(a)), s = std::fabs(std::sin(a));
-    const double ex = hw * c + hh * s, ey = hw * s + hh * c;
-    return Rect{anchor.x - ex, anchor.y - ey, anchor.x + ex, anchor.y + ey};
+    return {hw * c + hh * s, hw * s + hh * c};
+}
+
+Rect textBounds(Point anchor, const QString& text, const Style& style) {
+    const Point e = textExtent(text, style);
+    return Rect{anchor.x - e.x, anchor.y - e.y, anchor.x + e.x, anchor.y + e.y};
 }
 
 } // namespace carto

@@ -13,6 +13,8 @@
 namespace carto {
 
 Rect textBounds(Point anchor, const QString& text, const Style& style);
+// How far the turned text reaches from its anchor on each side.
+Point textExtent(const QString& text, const Style& style);
 // Width and height in map units, before rotation.
 QSizeF textSize(const QString& text, const Style& style);
 

@@ -108,7 +108,7 @@ const QPolygonF& FeaturePainter::screenRing(PartView ring) {
 void FeaturePainter::draw(const FeatureData& d, const Style& style) {
     switch (d.kind) {
     case FeatureKind::Region:
-        drawRegion(d.parts, regionPaintFor(style), d.bounds);
+        drawRegion(d.parts, regionPaintFor(style), d.bounds());
         break;
     case FeatureKind::Line:
         drawLine(d.parts, linePen(style));

@@ -22,19 +22,20 @@ void paintSelection(QPainter& painter, const Map& map, const Viewport& viewport)
                 continue;
             const Feature f = layer->feature(fid);
             const FeatureData& d = f.data();
-            if (!visible.intersects(d.bounds))
+            const Rect bounds = d.bounds();
+            if (!visible.intersects(bounds))
                 continue;
             switch (d.kind) {
             case FeatureKind::Region:
-                fp.drawRegion(d.parts, highlight, d.bounds);
+                fp.drawRegion(d.parts, highlight, bounds);
                 break;
             case FeatureKind::Line:
                 fp.drawLine(d.parts, QPen(toQColor(sel.regionColor), 3));
                 break;
             case FeatureKind::Symbol:
             case FeatureKind::Text: {
-                const QRectF box(viewport.toScreen({d.bounds.xmin, d.bounds.ymax}),
-                                 viewport.toScreen({d.bounds.xmax, d.bounds.ymin}));
+                const QRectF box(viewport.toScreen({bounds.xmin, bounds.ymax}),
+                                 viewport.toScreen({bounds.xmax, bounds.ymin}));
                 fp.flush();
                 painter.setPen(outline);
                 painter.setBrush(Qt::NoBrush);

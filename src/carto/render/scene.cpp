@@ -79,7 +79,7 @@ void collectLayer(const Map& map, const Layer& layer, const Viewport& viewport, 
             const Feature f(&layer, fid, data);
             if (themed)
                 item.style = themed->styleFor(f, own);
-            if (labelled && data->bounds.width() * k >= kMinLabelledPixels) {
+            if (labelled && data->bounds().width() * k >= kMinLabelledPixels) {
                 item.label = labels.dataset->value(f, labels.field).toString();
                 const auto offset = labels.offsets.find(fid);
                 const Point c = f.centre();

@@ -148,9 +148,9 @@ void paintOutline(QPainter& painter, const Viewport& viewport, const FeatureData
         }
         break;
     case FeatureKind::Text:
-        if (!data.bounds.isNull())
-            painter.drawRect(QRectF(viewport.toScreen({data.bounds.xmin, data.bounds.ymax}),
-                                    viewport.toScreen({data.bounds.xmax, data.bounds.ymin}))
+        if (const Rect box = data.bounds(); !box.isNull())
+            painter.drawRect(QRectF(viewport.toScreen({box.xmin, box.ymax}),
+                                    viewport.toScreen({box.xmax, box.ymin}))
                                  .translated(shift));
         break;
     }
