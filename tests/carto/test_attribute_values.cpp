@@ -103,6 +103,48 @@ TEST(AttributeValues, LongAndWideTextsKeepTheValuesAfterThemInPlace) {
     EXPECT_EQ(read[1].toString().size(), 7);
 }
 
+TEST(AttributeValues, ValuesSmallEnoughToHoldInPlaceBehaveAsAnyOther) {
+    // Around the seven bytes a value set can be held in without a block of its own.
+    const std::vector<std::vector<QVariant>> sets{
+        {QStringLiteral("12345")},
+        {QStringLiteral("123456")},
+        {QStringLiteral("é")},
+        {QStringLiteral("Œ")},
+        {QVariant(7)},
+        {QVariant(true), QVariant(), QVariant(QString()), QVariant(QStringLiteral(""))},
+        {QVariant(1), QVariant(2)},
+        {QVariant(2.5)},
+        {QVariant(QDate(2026, 11, 25))},
+        {QVariant(), QVariant(), QVariant(), QVariant(), QVariant(), QVariant(), QVariant()},
+        {QVariant(), QVariant(), QVariant(), QVariant(), QVariant(), QVariant(), QVariant(),
+         QVariant()},
+    };
+    for (const std::vector<QVariant>& given : sets) {
+        SCOPED_TRACE(given.size());
+        AttributeValues values(given);
+        ASSERT_EQ(values.size(), given.size());
+        for (size_t i = 0; i < given.size(); ++i)
+            expectSame(values[i], given[i], i);
+        const AttributeValues copy = values;
+        AttributeValues grown = copy;
+        grown.set(0, QStringLiteral("une valeur bien plus longue"));
+        grown.set(given.size() + 1, QVariant(3));
+        EXPECT_EQ(grown[0].toString(), "une valeur bien plus longue");
+        grown.resize(given.size());
+        grown.set(0, given[0]);
+        EXPECT_TRUE(grown == copy);
+        AttributeValues moved = std::move(values);
+        values = copy; // NOLINT: assigned again after the move
+        for (size_t i = 0; i < given.size(); ++i) {
+            expectSame(moved[i], given[i], i);
+            expectSame(values[i], given[i], i);
+        }
+        moved.resize(0);
+        EXPECT_TRUE(moved.empty());
+        EXPECT_FALSE(moved[0].isValid());
+    }
+}
+
 TEST(AttributeValues, CopiesAreIndependentAndChangesKeepTheRest) {
     std::vector<QVariant> given = kValues;
     given[8] = 1.5; // NaN is never equal to itself, as between variants

@@ -1,6 +1,7 @@
 #include "carto/model/attribute_values.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <new>
@@ -113,11 +114,41 @@ private:
 
 } // namespace
 
-void AttributeValues::Release::operator()(Header* h) const {
+static_assert(std::endian::native == std::endian::little,
+              "values held in place start at the word's low byte, where its tag bit is");
+
+// The values, wherever they lie.
+struct AttributeValues::Layout {
+    size_t count = 0;
+    const std::uint8_t* kinds = nullptr;
+    const QVariant* boxes = nullptr; // none in place
+    Reader reader() const { return Reader(kinds, kinds + count); }
+};
+
+AttributeValues::Layout AttributeValues::layout() const {
+    if (inPlace()) {
+        const auto* bytes = reinterpret_cast<const std::uint8_t*>(&word_);
+        return {size_t(bytes[0] >> 1), bytes + 1, nullptr};
+    }
+    if (const Header* h = header())
+        return {h->count, h->kinds(), h->boxes()};
+    return {};
+}
+
+const AttributeValues::Header* AttributeValues::header() const {
+    return inPlace() ? nullptr : reinterpret_cast<const Header*>(word_);
+}
+
+void AttributeValues::release(Header* h) {
     QVariant* boxes = h->boxes();
     for (std::uint32_t i = 0; i < h->boxed; ++i)
         std::destroy_at(boxes + i);
     ::operator delete(h);
+}
+
+AttributeValues::~AttributeValues() {
+    if (!inPlace() && word_)
+        release(reinterpret_cast<Header*>(word_));
 }
 
 AttributeValues::AttributeValues(const std::vector<QVariant>& values) {
@@ -129,8 +160,10 @@ AttributeValues::AttributeValues(const std::vector<QVariant>& values) {
 
 AttributeValues::AttributeValues(const AttributeValues& other) {
     const Header* from = other.header();
-    if (!from)
+    if (!from) {
+        word_ = other.word_; // nothing, or values held in place
         return;
+    }
     Reader all(from->kinds(), from->packed());
     all.skip(from->count);
     const size_t plain = size_t(all.at() - from->kinds());
@@ -140,10 +173,10 @@ AttributeValues::AttributeValues(const AttributeValues& other) {
         for (; to->boxed < from->boxed; ++to->boxed)
             std::construct_at(to->boxes() + to->boxed, from->boxes()[to->boxed]);
     } catch (...) {
-        Release{}(to);
+        release(to);
         throw;
     }
-    block_.reset(to);
+    word_ = reinterpret_cast<std::uintptr_t>(to);
 }
 
 AttributeValues& AttributeValues::operator=(const AttributeValues& other) {
@@ -153,14 +186,14 @@ AttributeValues& AttributeValues::operator=(const AttributeValues& other) {
 }
 
 size_t AttributeValues::size() const {
-    return block_ ? block_->count : 0;
+    return layout().count;
 }
 
 QVariant AttributeValues::operator[](size_t i) const {
-    const Header* h = header();
-    if (!h || i >= h->count)
+    const Layout l = layout();
+    if (i >= l.count)
         return {};
-    Reader r(h->kinds(), h->packed());
+    Reader r = l.reader();
     r.skip(i);
     const Packed v = r.next();
     switch (v.kind) {
@@ -186,7 +219,7 @@ QVariant AttributeValues::operator[](size_t i) const {
     case NullText:
         return QVariant(QString());
     case Boxed:
-        return h->boxes()[std::count(h->kinds(), h->kinds() + i, std::uint8_t(Boxed))];
+        return l.boxes[std::count(l.kinds, l.kinds + i, std::uint8_t(Boxed))];
     default:
         return {};
     }
@@ -272,15 +305,15 @@ void AttributeValues::Builder::addText(QStringView text) {
 }
 
 void AttributeValues::Builder::addFrom(const AttributeValues& values, size_t i) {
-    const Header* h = values.header();
-    if (!h || i >= h->count)
+    const Layout l = values.layout();
+    if (i >= l.count)
         return addNull();
-    Reader r(h->kinds(), h->packed());
+    Reader r = l.reader();
     r.skip(i);
     const Packed v = r.next();
     if (v.kind == Boxed) {
         push(Boxed);
-        boxed_.push_back(h->boxes()[std::count(h->kinds(), h->kinds() + i, std::uint8_t(Boxed))]);
+        boxed_.push_back(l.boxes[std::count(l.kinds, l.kinds + i, std::uint8_t(Boxed))]);
         return;
     }
     push(v.kind, v.begin, size_t(v.end - v.begin));
@@ -327,13 +360,22 @@ void AttributeValues::Builder::add(const QVariant& v) {
 
 AttributeValues AttributeValues::Builder::build() {
     AttributeValues out;
-    if (!kinds_.empty()) {
+    if (!kinds_.empty() && boxed_.empty() &&
+        1 + kinds_.size() + packed_.size() <= sizeof out.word_) {
+        // Few enough to hold in the word: no block at all.
+        std::array<std::uint8_t, sizeof out.word_> bytes{};
+        bytes[0] = std::uint8_t(1 | kinds_.size() << 1);
+        std::copy(kinds_.begin(), kinds_.end(), bytes.begin() + 1);
+        std::copy(packed_.begin(), packed_.end(),
+                  bytes.begin() + 1 + std::ptrdiff_t(kinds_.size()));
+        std::memcpy(&out.word_, bytes.data(), bytes.size());
+    } else if (!kinds_.empty()) {
         Header* h = Header::allocate(kinds_.size(), boxed_.size(), packed_.size());
         unsigned char* kinds = h->base() + Header::kindsAt(boxed_.size());
         std::memcpy(kinds, kinds_.data(), kinds_.size());
         if (!packed_.empty())
             std::memcpy(kinds + kinds_.size(), packed_.data(), packed_.size());
-        out.block_.reset(h);
+        out.word_ = reinterpret_cast<std::uintptr_t>(h);
         // Counted as they are made, so a failure releases exactly those.
         for (const QVariant& v : boxed_) {
             std::construct_at(h->boxes() + h->boxed, v);

@@ -4,7 +4,8 @@
 // in one byte each when they all fit). A plot's attributes take a third of the memory of a
 // vector of variants, in one allocation instead of one per value and per text. Values read
 // back as the variants they were given as: numbers, booleans and texts are unboxed; any
-// other type (a date, a typed null) is kept as a variant inside the block.
+// other type (a date, a typed null) is kept as a variant inside the block. Values that fit
+// in seven bytes (a text feature's number) are held in place, with no block at all.
 
 #include "base/index_iterator.h"
 
@@ -15,6 +16,7 @@
 #include <cstdint>
 #include <iterator>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace carto {
@@ -25,9 +27,12 @@ public:
     explicit AttributeValues(const std::vector<QVariant>& values);
     AttributeValues(const AttributeValues& other);
     AttributeValues& operator=(const AttributeValues& other);
-    AttributeValues(AttributeValues&&) noexcept = default;
-    AttributeValues& operator=(AttributeValues&&) noexcept = default;
-    ~AttributeValues() = default;
+    AttributeValues(AttributeValues&& other) noexcept : word_(std::exchange(other.word_, 0)) {}
+    AttributeValues& operator=(AttributeValues&& other) noexcept {
+        std::swap(word_, other.word_);
+        return *this;
+    }
+    ~AttributeValues();
 
     size_t size() const;
     bool empty() const { return size() == 0; }
@@ -74,12 +79,16 @@ public:
 
 private:
     struct Header;
-    struct Release {
-        void operator()(Header* h) const;
-    };
-    const Header* header() const { return block_.get(); }
+    struct Layout;
+    static void release(Header* h);
+    // Where the values lie, in the block or in the word itself.
+    Layout layout() const;
+    bool inPlace() const { return (word_ & 1) != 0; }
+    const Header* header() const;
 
-    std::unique_ptr<Header, Release> block_;
+    // Zero: no values. Odd: values that fit in the word's other seven bytes, held there
+    // (a text feature's short text). Even: the address of the block.
+    std::uintptr_t word_ = 0;
 };
 
 } // namespace carto
