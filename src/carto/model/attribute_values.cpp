@@ -1,5 +1,7 @@
 #include "carto/model/attribute_values.h"
 
+#include "carto/model/feature_text.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -18,10 +20,6 @@ template <typename T> T load(const unsigned char* p) {
     T v;
     std::memcpy(&v, p, sizeof v);
     return v;
-}
-
-bool fitsLatin1(QStringView text) {
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x100; });
 }
 
 } // namespace
@@ -291,7 +289,7 @@ void AttributeValues::Builder::addReal(double v) {
 void AttributeValues::Builder::addText(QStringView text) {
     if (text.isNull())
         return push(NullText);
-    if (fitsLatin1(text)) {
+    if (isLatin1(text)) {
         push(Latin1);
         pushLength(std::uint64_t(text.size()));
         for (const QChar c : text)

@@ -20,11 +20,14 @@ char16_t* newBlock(QStringView text) {
 }
 
 bool fitsInPlace(QStringView text) {
-    return text.size() <= kInPlace &&
-           std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x100; });
+    return text.size() <= kInPlace && isLatin1(text);
 }
 
 } // namespace
+
+bool isLatin1(QStringView text) {
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x100; });
+}
 
 FeatureText::FeatureText(QStringView text) {
     static_assert(sizeof(std::uintptr_t) == 8, "seven characters and a length in a word");

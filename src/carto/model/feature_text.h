@@ -10,6 +10,9 @@
 
 namespace carto {
 
+// True when every character is Latin-1, so the text can be held a byte a character.
+bool isLatin1(QStringView text);
+
 class FeatureText {
 public:
     FeatureText() = default;
