@@ -148,9 +148,7 @@ carto::Features terrainsCorrespondants(const carto::Layer& tombes, const QString
                          .arg(tombes.name()));
     std::vector<qint64> trouves;
     tombes.forEachFeature([&](const carto::Feature& t) {
-        const carto::AttributeValues& a = t.data().attributes;
-        const QString numero =
-            size_t(colonne) < a.size() ? a[size_t(colonne)].toString() : QString();
+        const QString numero = t.attributeAt(colonne).toString();
         if (numero.startsWith(debut))
             trouves.push_back(t.fid());
     });

@@ -36,7 +36,8 @@ FeatureData reread(const QString& path, const QString& layer, qint64 fid) {
 }
 
 void expectSameAsStored(const Layer& layer, qint64 fid, const QString& path) {
-    const FeatureData& memory = layer.feature(fid).data();
+    const Feature kept = layer.feature(fid);
+    const FeatureData& memory = kept.data();
     const FeatureData stored = reread(path, layer.name(), fid);
     EXPECT_EQ(memory.kind, stored.kind);
     EXPECT_EQ(memory.parts, stored.parts);

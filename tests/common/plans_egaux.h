@@ -31,7 +31,8 @@ inline void expectSamePlans(const carto::Map& a, const carto::Map& b) {
                 return;
             }
             const carto::FeatureData& da = fa.data();
-            const carto::FeatureData& db = lb.feature(fa.fid()).data();
+            const carto::Feature fb = lb.feature(fa.fid());
+            const carto::FeatureData& db = fb.data();
             const bool same = da.kind == db.kind && da.parts == db.parts && da.text == db.text &&
                               da.attributes == db.attributes && da.style && db.style &&
                               *da.style == *db.style;

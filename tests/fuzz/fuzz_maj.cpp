@@ -116,7 +116,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     reread.loadMapSet(s.control->Calque_Tombe->map()->mapSet());
     const carto::Layer& stored = reread.requireLayer(u"Tombes");
     s.control->Calque_Tombe->forEachFeature([&](const carto::Feature& f) {
-        const carto::FeatureData& back = stored.feature(f.fid()).data();
+        const carto::Feature kept = stored.feature(f.fid());
+        const carto::FeatureData& back = kept.data();
         if (back.parts != f.data().parts || back.attributes != f.data().attributes)
             __builtin_trap();
     });

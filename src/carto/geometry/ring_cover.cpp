@@ -31,7 +31,7 @@ bool reaches(Point a, Point b, const Rect& r) {
 
 } // namespace
 
-bool ringsHoldRect(const Shape& rings, const Rect& r) {
+bool ringsHoldRect(ShapeView rings, const Rect& r) {
     if (r.isNull())
         return false;
     // Grown a little, so that rounding cannot let an edge that touches the rectangle pass.

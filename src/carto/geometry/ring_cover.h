@@ -15,6 +15,9 @@ namespace carto {
 // True when no edge of any ring reaches the rectangle (borders included) and its centre is
 // in the region: the region then covers it all. A rectangle an edge touches gives false,
 // even where the region would cover it.
-bool ringsHoldRect(const Shape& rings, const Rect& r);
+bool ringsHoldRect(ShapeView rings, const Rect& r);
+inline bool ringsHoldRect(const Shape& rings, const Rect& r) {
+    return ringsHoldRect(rings.view(), r);
+}
 
 } // namespace carto

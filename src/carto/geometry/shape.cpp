@@ -49,6 +49,14 @@ Shape::Shape(std::span<const Point> points, std::span<const std::uint32_t> ends)
     adopt(points, ends);
 }
 
+Shape::Shape(ShapeView view) {
+    const auto points = view.points();
+    std::copy(points.begin(), points.end(), allocate(points.size(), view.size()));
+    const auto ends = view.ends();
+    for (std::size_t i = 0; i < ends.size(); ++i)
+        setEnd(i, ends[i]);
+}
+
 Shape::Shape(const Shape& other) : parts_(other.parts_), points_(other.points_) {
     if (other.inPlace()) {
         one_ = other.one_;
@@ -133,11 +141,7 @@ const std::uint32_t* Shape::ends() const {
 }
 
 PartView Shape::operator[](std::size_t i) const {
-    if (parts_ == 1)
-        return {pointData(), points_};
-    const std::uint32_t* e = ends();
-    const std::uint32_t first = i == 0 ? 0 : e[i - 1];
-    return {pointData() + first, e[i] - first};
+    return view()[i];
 }
 
 PartView Shape::at(std::size_t i) const {
@@ -152,6 +156,13 @@ Parts Shape::toParts() const {
     for (const PartView part : *this)
         out.emplace_back(part.begin(), part.end());
     return out;
+}
+
+bool operator==(ShapeView a, ShapeView b) {
+    const auto pa = a.points(), pb = b.points();
+    const auto ea = a.ends(), eb = b.ends();
+    return a.size() == b.size() && std::equal(pa.begin(), pa.end(), pb.begin(), pb.end()) &&
+           std::equal(ea.begin(), ea.end(), eb.begin(), eb.end());
 }
 
 bool operator==(const Shape& a, const Shape& b) {

@@ -54,6 +54,42 @@ private:
     std::size_t count_ = 0;
 };
 
+// A shape's parts read where its points lie, in a Shape or in a layer's columns: valid
+// while what holds them stays unchanged. `ends` (where each part ends) only when there
+// are several parts.
+class ShapeView {
+public:
+    using const_iterator = veldra::IndexIterator<ShapeView, PartView>;
+    using iterator = const_iterator;
+    using value_type = PartView;
+
+    ShapeView() = default;
+    ShapeView(std::span<const Point> points, const std::uint32_t* ends, std::size_t parts)
+        : points_(points), ends_(ends), parts_(parts) {}
+
+    std::size_t size() const { return parts_; }
+    bool empty() const { return parts_ == 0; }
+    PartView operator[](std::size_t i) const {
+        if (parts_ == 1)
+            return {points_.data(), points_.size()};
+        const std::uint32_t first = i == 0 ? 0 : ends_[i - 1];
+        return {points_.data() + first, ends_[i] - first};
+    }
+    PartView front() const { return (*this)[0]; }
+    const_iterator begin() const { return {this, 0}; }
+    const_iterator end() const { return {this, parts_}; }
+    std::span<const Point> points() const { return points_; }
+    // Where each part ends; none for a single part.
+    std::span<const std::uint32_t> ends() const { return {ends_, parts_ > 1 ? parts_ : 0}; }
+
+    friend bool operator==(ShapeView a, ShapeView b);
+
+private:
+    std::span<const Point> points_;
+    const std::uint32_t* ends_ = nullptr;
+    std::size_t parts_ = 0;
+};
+
 class Shape {
 public:
     using const_iterator = veldra::IndexIterator<Shape, PartView>;
@@ -63,6 +99,7 @@ public:
     Shape() = default;
     Shape(const Parts& parts); // NOLINT: a Shape stands wherever its parts are given
     Shape(std::span<const Point> points, std::span<const std::uint32_t> ends);
+    explicit Shape(ShapeView view);
     Shape(const Shape& other);
     Shape(Shape&& other) noexcept;
     Shape& operator=(const Shape& other);
@@ -85,6 +122,8 @@ public:
 
     Parts toParts() const;
     operator Parts() const { return toParts(); }
+    ShapeView view() const { return {points(), ends(), parts_}; }
+    operator ShapeView() const { return view(); } // NOLINT: read wherever a view is
 
     friend bool operator==(const Shape& a, const Shape& b);
 

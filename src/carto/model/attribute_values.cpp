@@ -187,13 +187,9 @@ size_t AttributeValues::size() const {
     return layout().count;
 }
 
-QVariant AttributeValues::operator[](size_t i) const {
-    const Layout l = layout();
-    if (i >= l.count)
-        return {};
-    Reader r = l.reader();
-    r.skip(i);
-    const Packed v = r.next();
+namespace {
+
+QVariant decode(const Packed& v) {
     switch (v.kind) {
     case Int:
         return QVariant(load<std::int32_t>(v.begin));
@@ -216,11 +212,72 @@ QVariant AttributeValues::operator[](size_t i) const {
     }
     case NullText:
         return QVariant(QString());
-    case Boxed:
-        return l.boxes[std::count(l.kinds, l.kinds + i, std::uint8_t(Boxed))];
     default:
         return {};
     }
+}
+
+} // namespace
+
+QVariant AttributeValues::operator[](size_t i) const {
+    const Layout l = layout();
+    if (i >= l.count)
+        return {};
+    Reader r = l.reader();
+    r.skip(i);
+    const Packed v = r.next();
+    if (v.kind == Boxed)
+        return l.boxes[std::count(l.kinds, l.kinds + i, std::uint8_t(Boxed))];
+    return decode(v);
+}
+
+void AttributeValues::appendPacked(std::vector<unsigned char>& packed,
+                                   std::vector<QVariant>& boxes) const {
+    const Layout l = layout();
+    if (l.count == 0)
+        return;
+    Reader all = l.reader();
+    all.skip(l.count);
+    packed.insert(packed.end(), l.kinds, all.at());
+    if (const Header* h = header())
+        boxes.insert(boxes.end(), h->boxes(), h->boxes() + h->boxed);
+}
+
+AttributeValues AttributeValues::unpack(size_t count, const unsigned char* packed,
+                                        const QVariant* boxes) {
+    AttributeValues out;
+    if (count == 0)
+        return out;
+    Reader all(packed, packed + count);
+    all.skip(count);
+    const size_t bytes = size_t(all.at() - packed);
+    const auto boxed = size_t(std::count(packed, packed + count, std::uint8_t(Boxed)));
+    if (boxed == 0 && 1 + bytes <= sizeof out.word_) {
+        std::array<std::uint8_t, sizeof out.word_> word{};
+        word[0] = std::uint8_t(1 | count << 1);
+        std::copy(packed, packed + bytes, word.begin() + 1);
+        std::memcpy(&out.word_, word.data(), word.size());
+        return out;
+    }
+    Header* h = Header::allocate(count, boxed, bytes - count);
+    std::memcpy(h->base() + Header::kindsAt(boxed), packed, bytes);
+    out.word_ = reinterpret_cast<std::uintptr_t>(h);
+    // Counted as they are made, so a failure releases exactly those.
+    for (; h->boxed < boxed; ++h->boxed)
+        std::construct_at(h->boxes() + h->boxed, boxes[h->boxed]);
+    return out;
+}
+
+QVariant AttributeValues::packedAt(size_t count, const unsigned char* packed, const QVariant* boxes,
+                                   size_t i) {
+    if (i >= count)
+        return {};
+    Reader r(packed, packed + count);
+    r.skip(i);
+    const Packed v = r.next();
+    if (v.kind == Boxed)
+        return boxes[std::count(packed, packed + i, std::uint8_t(Boxed))];
+    return decode(v);
 }
 
 void AttributeValues::set(size_t i, const QVariant& value) {

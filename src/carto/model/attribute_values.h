@@ -45,6 +45,15 @@ public:
 
     friend bool operator==(const AttributeValues& a, const AttributeValues& b);
 
+    // The values kept elsewhere (a layer's columns): their kind bytes then their packed
+    // values, appended to `packed`, and their boxed variants, appended to `boxes`.
+    void appendPacked(std::vector<unsigned char>& packed, std::vector<QVariant>& boxes) const;
+    // Values from that form; `boxes` are those of these values.
+    static AttributeValues unpack(size_t count, const unsigned char* packed, const QVariant* boxes);
+    // The value at i of that form; Null past the end.
+    static QVariant packedAt(size_t count, const unsigned char* packed, const QVariant* boxes,
+                             size_t i);
+
     using const_iterator = veldra::IndexIterator<AttributeValues, QVariant>;
     const_iterator begin() const { return {this, 0}; }
     const_iterator end() const { return {this, size()}; }

@@ -90,11 +90,8 @@ QVariant Dataset::value(const Feature& f, QStringView field) const {
     if (kind_ == DatasetKind::Layer)
         return f.attribute(columns_[c]);
     QVariant key(f.fid());
-    if (bindColumn_ >= 0) {
-        const auto& attributes = f.data().attributes;
-        key =
-            size_t(bindColumn_) < attributes.size() ? attributes[size_t(bindColumn_)] : QVariant();
-    }
+    if (bindColumn_ >= 0)
+        key = f.attributeAt(bindColumn_);
     const QString k = keyText(key);
     if (k.isEmpty())
         return {};

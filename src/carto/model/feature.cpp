@@ -34,7 +34,7 @@ Feature make(FeatureKind kind, Parts parts, const Style& style, QString text = {
 
 namespace {
 
-bool hasAnchor(const FeatureData& data) {
+bool hasAnchor(const FeatureView& data) {
     return (data.kind == FeatureKind::Text || data.kind == FeatureKind::Symbol) &&
            !data.parts.empty() && !data.parts[0].empty();
 }
@@ -43,7 +43,7 @@ bool hasAnchor(const FeatureData& data) {
 
 void refreshDerived(FeatureData& data) {
     const Style& style = data.style ? *data.style : kDefaultStyle;
-    if (!hasAnchor(data)) {
+    if (!hasAnchor(data.view())) {
         data.extent = {};
     } else if (data.kind == FeatureKind::Text) {
         data.extent = textExtent(data.text, style);
@@ -54,7 +54,7 @@ void refreshDerived(FeatureData& data) {
     }
 }
 
-Rect FeatureData::bounds() const {
+Rect FeatureView::bounds() const {
     if (hasAnchor(*this)) {
         const Point p = parts[0][0];
         return Rect{p.x - extent.x, p.y - extent.y, p.x + extent.x, p.y + extent.y};
@@ -75,15 +75,31 @@ Geometry regionGeometry(const Parts& rings) {
     return Geometry::fromRings(rings);
 }
 
+namespace {
+
+Parts partsOf(ShapeView shape) {
+    Parts out;
+    out.reserve(shape.size());
+    for (const PartView part : shape)
+        out.emplace_back(part.begin(), part.end());
+    return out;
+}
+
+} // namespace
+
 Geometry geometryOf(const FeatureData& data) {
+    return geometryOf(data.view());
+}
+
+Geometry geometryOf(const FeatureView& data) {
     if (data.parts.empty())
         return Geometry::empty();
     switch (data.kind) {
     case FeatureKind::Region:
-        return regionGeometry(data.parts.toParts());
+        return regionGeometry(partsOf(data.parts));
     case FeatureKind::Line:
         return data.parts.size() == 1 ? Geometry::lineString(data.parts[0])
-                                      : Geometry::multiLineString(data.parts.toParts());
+                                      : Geometry::multiLineString(partsOf(data.parts));
     case FeatureKind::Text:
         return Geometry::rectangle(data.bounds());
     case FeatureKind::Symbol:
@@ -96,6 +112,10 @@ Feature::Feature() = default;
 
 Feature::Feature(const Layer* layer, qint64 fid, FeaturePtr data)
     : layer_(layer), fid_(fid), data_(std::move(data)) {}
+
+Feature::Feature(const Layer* layer, qint64 fid, std::shared_ptr<const FeatureColumns> columns,
+                 size_t row)
+    : layer_(layer), fid_(fid), columns_(std::move(columns)), row_(row) {}
 
 Feature Feature::region(const Parts& rings, const Style& style) {
     for (const Part& ring : rings)
@@ -134,14 +154,31 @@ Feature Feature::fromGeometry(const Geometry& g, const Style& style) {
 }
 
 const FeatureData& Feature::data() const {
-    if (!data_)
-        detached();
+    if (!data_) {
+        if (!columns_)
+            detached();
+        data_ = columns_->data(row_);
+    }
     return *data_;
 }
 
-FeatureData& Feature::edit() {
-    if (!data_)
+FeaturePtr Feature::shared() const {
+    if (!data_ && columns_)
+        data();
+    return data_;
+}
+
+FeatureView Feature::view() const {
+    if (data_)
+        return data_->view();
+    if (!columns_)
         detached();
+    return columns_->view(row_);
+}
+
+FeatureData& Feature::edit() {
+    data();
+    columns_.reset();
     if (data_.use_count() > 1) {
         auto copy = MutableFeaturePtr::make(*data_);
         data_ = copy;
@@ -151,7 +188,7 @@ FeatureData& Feature::edit() {
 }
 
 FeatureKind Feature::kind() const {
-    return data().kind;
+    return view().kind;
 }
 
 QString Feature::uniqueKey() const {
@@ -159,18 +196,20 @@ QString Feature::uniqueKey() const {
 }
 
 const Shape& Feature::parts() const {
+    if (!data_ && columns_)
+        data();
     return data_ ? data_->parts : kNoParts;
 }
 
 int Feature::numParts() const {
-    const FeatureData& d = data();
+    const FeatureView d = view();
     if (d.kind != FeatureKind::Region || d.parts.size() <= 1)
         return int(d.parts.size());
     return geometry().numParts();
 }
 
 Point Feature::point(int part, int index) const {
-    const Shape& p = data().parts;
+    const ShapeView p = view().parts;
     if (part < 0 || size_t(part) >= p.size() || index < 0 ||
         size_t(index) >= p[size_t(part)].size())
         throw Erreur(err::AppelIncorrect,
@@ -246,10 +285,10 @@ struct RegionMeasure {
     Point centre;
 };
 
-RegionMeasure measureRegion(const FeatureData& d) {
+RegionMeasure measureRegion(const FeatureView& d) {
     const Rect box = d.bounds();
     const Point o{box.xmin, box.ymin};
-    Parts local = d.parts.toParts();
+    Parts local = partsOf(d.parts);
     for (Part& ring : local)
         for (Point& p : ring)
             p = {p.x - o.x, p.y - o.y};
@@ -268,7 +307,7 @@ RegionMeasure measureRegion(const FeatureData& d) {
 Point Feature::centre() const {
     // Not cached: for a single ring (nearly every feature) the shoelace costs less than
     // the memory a cache would take on every feature.
-    const FeatureData& d = data();
+    const FeatureView d = view();
     if (d.kind == FeatureKind::Region && d.parts.size() == 1) {
         const RingMeasure simple = measureRing(d.parts.front());
         if (simple.twiceArea != 0)
@@ -282,26 +321,27 @@ Point Feature::centre() const {
 }
 
 Rect Feature::bounds() const {
-    return data().bounds();
+    return view().bounds();
 }
 
 double Feature::area() const {
-    if (kind() != FeatureKind::Region || parts().empty())
+    const FeatureView d = view();
+    if (d.kind != FeatureKind::Region || d.parts.empty())
         return 0.0;
-    if (parts().size() == 1)
-        return std::fabs(measureRing(parts().front()).twiceArea) / 2;
-    return measureRegion(data()).area;
+    if (d.parts.size() == 1)
+        return std::fabs(measureRing(d.parts.front()).twiceArea) / 2;
+    return measureRegion(d).area;
 }
 
 double Feature::length() const {
-    const FeatureKind k = kind();
-    return (k == FeatureKind::Region || k == FeatureKind::Line) && !parts().empty()
+    const FeatureView d = view();
+    return (d.kind == FeatureKind::Region || d.kind == FeatureKind::Line) && !d.parts.empty()
                ? geometry().length()
                : 0.0;
 }
 
 Geometry Feature::geometry() const {
-    return geometryOf(data());
+    return geometryOf(view());
 }
 
 void Feature::offset(double dx, double dy) {
@@ -316,7 +356,8 @@ void Feature::offset(double dx, double dy) {
 }
 
 QString Feature::text() const {
-    return data().text;
+    const FeatureView d = view();
+    return d.text ? d.text->toString() : QString();
 }
 
 void Feature::setText(const QString& text) {
@@ -326,8 +367,8 @@ void Feature::setText(const QString& text) {
 }
 
 const Style& Feature::style() const {
-    const FeatureData& d = data();
-    return d.style ? *d.style : kDefaultStyle;
+    const StylePtr& s = !data_ && columns_ ? columns_->style(row_) : data().style;
+    return s ? *s : kDefaultStyle;
 }
 
 void Feature::setStyle(const Style& style) {
@@ -352,7 +393,11 @@ QVariant Feature::attribute(QStringView name) const {
 }
 
 QVariant Feature::attributeAt(qsizetype i) const {
-    return i >= 0 ? data().attributes[size_t(i)] : QVariant();
+    if (i < 0)
+        return {};
+    if (!data_ && columns_)
+        return columns_->attribute(row_, size_t(i));
+    return data().attributes[size_t(i)];
 }
 
 void Feature::setAttribute(QStringView name, const QVariant& value) {
@@ -377,6 +422,7 @@ void Feature::attach(const Layer* layer, qint64 fid, FeaturePtr data) {
     layer_ = layer;
     fid_ = fid;
     data_ = std::move(data);
+    columns_.reset();
 }
 
 } // namespace carto

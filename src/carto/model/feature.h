@@ -3,8 +3,12 @@
 // layer until it is changed), its FID and the layer it came from. Changing a Feature
 // changes only this value; Layer::updateFeature writes it back (and through to storage).
 // A default-constructed Feature is detached: it belongs to no layer and has no FID.
+//
+// A feature of a layer's columns is read there until its data is asked for or changed;
+// its data is then made, once. A Feature is read on one thread at a time.
 
 #include "carto/geometry/geometry.h"
+#include "carto/model/feature_columns.h"
 #include "carto/model/feature_data.h"
 
 #include <QString>
@@ -19,6 +23,8 @@ class Feature {
 public:
     Feature();
     Feature(const Layer* layer, qint64 fid, FeaturePtr data);
+    Feature(const Layer* layer, qint64 fid, std::shared_ptr<const FeatureColumns> columns,
+            size_t row);
 
     // New detached features.
     static Feature region(const Parts& rings, const Style& style = {});
@@ -27,7 +33,7 @@ public:
     static Feature textAt(Point anchor, const QString& text, const Style& style = {});
     static Feature fromGeometry(const Geometry& g, const Style& style = {});
 
-    bool isValid() const { return data_ != nullptr; }
+    bool isValid() const { return data_ != nullptr || columns_ != nullptr; }
     FeatureKind kind() const;
     const Layer* layer() const { return layer_; }
     qint64 fid() const { return fid_; }
@@ -64,7 +70,9 @@ public:
     void setKeyValue(const QVariant& value);
 
     const FeatureData& data() const;
-    FeaturePtr shared() const { return data_; }
+    FeaturePtr shared() const;
+    // What drawing and testing read, without making the data; Erreur when detached.
+    FeatureView view() const;
 
     // Used by layers when a feature is stored or copied into them.
     void attach(const Layer* layer, qint64 fid, FeaturePtr data);
@@ -75,12 +83,15 @@ private:
 
     const Layer* layer_ = nullptr;
     qint64 fid_ = -1;
-    FeaturePtr data_;
+    mutable FeaturePtr data_; // made from the columns when first needed
+    std::shared_ptr<const FeatureColumns> columns_;
+    size_t row_ = 0;
 };
 
 // A region's geometry from its rings: a ring inside an odd number of others is a hole.
 Geometry regionGeometry(const Parts& rings);
 Geometry geometryOf(const FeatureData& data);
+Geometry geometryOf(const FeatureView& data);
 
 // Recomputes the derived parts of the data (bounds; texts measured with their font).
 void refreshDerived(FeatureData& data);

@@ -21,6 +21,18 @@ namespace carto {
 // Codes of the feature kinds, as hosts read them.
 enum class FeatureKind : int { Region = 0, Line = 1, Symbol = 2, Text = 5 };
 
+// What drawing and testing a feature read of it, wherever it is held: valid while that
+// stays unchanged.
+struct FeatureView {
+    FeatureKind kind = FeatureKind::Region;
+    ShapeView parts;
+    const FeatureText* text = nullptr; // texts only
+    Point extent;                      // as FeatureData::extent
+
+    // A text's or a symbol's from its point and extent; the rest's from their points.
+    Rect bounds() const;
+};
+
 struct FeatureData {
     FeatureKind kind = FeatureKind::Region;
     RefCount refs; // of the FeaturePtr that share it; fills what kind leaves of 8 bytes
@@ -34,7 +46,8 @@ struct FeatureData {
     // rest, whose bounds come from their points.
     Point extent;
 
-    Rect bounds() const;
+    FeatureView view() const { return {kind, parts.view(), &text, extent}; }
+    Rect bounds() const { return view().bounds(); }
 };
 
 using FeaturePtr = DataRef<const FeatureData>;

@@ -42,6 +42,13 @@ FeatureText::FeatureText(QStringView text) {
         word_ |= std::uintptr_t(text[i].unicode()) << (8 * (i + 1));
 }
 
+FeatureText::FeatureText(const FeatureText& other) {
+    if (other.inPlace() || other.isEmpty())
+        word_ = other.word_; // the word is the whole text
+    else
+        *this = FeatureText(other.toString());
+}
+
 FeatureText::~FeatureText() {
     if (!inPlace())
         delete[] block(); // null when there is no text

@@ -18,7 +18,7 @@ public:
     FeatureText() = default;
     FeatureText(QStringView text); // NOLINT: stands wherever a text is given
     FeatureText(const QString& text) : FeatureText(QStringView(text)) {} // NOLINT
-    FeatureText(const FeatureText& other) : FeatureText(other.toString()) {}
+    FeatureText(const FeatureText& other);
     FeatureText(FeatureText&& other) noexcept : word_(other.word_) { other.word_ = 0; }
     FeatureText& operator=(const FeatureText& other);
     FeatureText& operator=(FeatureText&& other) noexcept;

@@ -54,8 +54,8 @@ qsizetype Layer::fieldIndex(QStringView name) const {
 Rect Layer::bounds() const {
     if (!bounds_) {
         Rect all;
-        for (const auto& entry : features_)
-            all = all.united(entry.second->bounds());
+        features_.forEach(
+            [&](qint64, const FeatureStore::Ref& r) { all = all.united(r.bounds()); });
         bounds_ = all;
     }
     return *bounds_;
@@ -77,16 +77,17 @@ void Layer::boundsRemoved(const Rect& box) {
 Features Layer::allFeatures() const {
     std::vector<qint64> fids;
     fids.reserve(features_.size());
-    for (const auto& entry : features_)
-        fids.push_back(entry.first);
+    features_.forEach([&](qint64 fid, const FeatureStore::Ref&) { fids.push_back(fid); });
     return Features(this, std::move(fids));
 }
 
 Feature Layer::firstFeature() const {
-    if (features_.empty())
-        return {};
-    const auto& [fid, data] = *features_.begin();
-    return Feature(this, fid, data);
+    Feature first;
+    features_.forEach([&](qint64 fid, const FeatureStore::Ref& r) {
+        first = featureAt(fid, r);
+        return false;
+    });
+    return first;
 }
 
 bool Layer::hasFeature(qint64 fid) const {
@@ -94,10 +95,10 @@ bool Layer::hasFeature(qint64 fid) const {
 }
 
 Feature Layer::feature(qint64 fid) const {
-    const auto it = features_.find(fid);
-    if (it == features_.end())
+    const auto r = features_.ref(fid);
+    if (!r)
         unknownFeature(name_, QString::number(fid));
-    return Feature(this, fid, it->second);
+    return featureAt(fid, *r);
 }
 
 Feature Layer::featureByKey(QStringView uniqueKey) const {
@@ -272,38 +273,37 @@ void Layer::requireBracket() const {
 }
 
 void Layer::putInMemory(qint64 fid, FeaturePtr data) {
-    if (const auto it = features_.find(fid); it != features_.end()) {
-        const FeatureData& old = *it->second;
+    if (const auto old = features_.ref(fid)) {
+        const FeatureView was = old->view();
         // An attribute or a style changed: the R-tree and the prepared shape still hold.
-        if (old.kind != data->kind || old.parts != data->parts)
+        if (was.kind != data->kind || !(was.parts == data->parts.view()))
             prepared_.erase(fid);
-        const Rect was = old.bounds(), now = data->bounds();
-        if (!(was == now)) {
-            index_.remove(was, fid);
-            boundsRemoved(was);
+        const Rect before = was.bounds(), now = data->bounds();
+        if (!(before == now)) {
+            index_.remove(before, fid);
+            boundsRemoved(before);
             index_.insert(now, fid);
             boundsAdded(now);
         }
-        it->second = std::move(data);
     } else {
         const Rect box = data->bounds();
         index_.insert(box, fid);
         boundsAdded(box);
-        features_.put(fid, std::move(data));
         nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
     }
+    features_.put(fid, std::move(data));
     changed();
 }
 
 void Layer::eraseFromMemory(qint64 fid) {
-    const auto it = features_.find(fid);
-    if (it == features_.end())
+    const auto r = features_.ref(fid);
+    if (!r)
         return;
-    const Rect box = it->second->bounds();
+    const Rect box = r->bounds();
     index_.remove(box, fid);
     boundsRemoved(box);
     prepared_.erase(fid);
-    features_.erase(it);
+    features_.erase(fid);
     changed();
     if (selection_.contains(fid)) {
         selection_.remove(fid);
@@ -323,8 +323,7 @@ Feature Layer::storeNew(FeaturePtr data, qint64 fid) {
     else if (fid < 0)
         fid = nextMemoryFid_;
     // What memory held under that FID, normally nothing, is what an undo puts back.
-    const auto held = features_.find(fid);
-    map_->journal(*this, fid, held == features_.end() ? nullptr : held->second);
+    map_->journal(*this, fid, features_.find(fid));
     const Rect area = data->bounds();
     putInMemory(fid, data);
     map_->noteChange(*this, Change::Added, fid, area);
@@ -333,12 +332,11 @@ Feature Layer::storeNew(FeaturePtr data, qint64 fid) {
 
 FeaturePtr Layer::storeReplace(qint64 fid, FeaturePtr data) {
     requireBracket();
-    const auto it = features_.find(fid);
-    if (it == features_.end())
+    FeaturePtr before = features_.find(fid);
+    if (!before)
         unknownFeature(name_, QString::number(fid));
     if (!memory_ && map_->store())
-        map_->store()->update(name_, fid, *data, fields_, textField_, it->second.get());
-    FeaturePtr before = it->second;
+        map_->store()->update(name_, fid, *data, fields_, textField_, before.get());
     const Rect area = before->bounds().united(data->bounds());
     map_->journal(*this, fid, before);
     putInMemory(fid, std::move(data));
@@ -348,12 +346,11 @@ FeaturePtr Layer::storeReplace(qint64 fid, FeaturePtr data) {
 
 FeaturePtr Layer::storeErase(qint64 fid) {
     requireBracket();
-    const auto it = features_.find(fid);
-    if (it == features_.end())
+    FeaturePtr before = features_.find(fid);
+    if (!before)
         unknownFeature(name_, QString::number(fid));
     if (!memory_ && map_->store())
         map_->store()->remove(name_, fid);
-    FeaturePtr before = it->second;
     const Rect area = before->bounds();
     map_->journal(*this, fid, before);
     eraseFromMemory(fid);
@@ -362,9 +359,9 @@ FeaturePtr Layer::storeErase(qint64 fid) {
 }
 
 void Layer::restore(qint64 fid, const FeaturePtr& before, bool inStorage) {
-    const auto it = features_.find(fid);
-    const bool present = it != features_.end();
-    Rect area = present ? it->second->bounds() : Rect{};
+    const auto now = features_.ref(fid);
+    const bool present = now.has_value();
+    Rect area = present ? now->bounds() : Rect{};
     if (inStorage) {
         MapStore& store = *map_->store();
         if (before && present)
@@ -416,9 +413,10 @@ void Layer::clearSelection() {
 const std::vector<qint64>* Layer::lookup(qsizetype column, const QString& key, bool numeric) const {
     auto& index = valueIndex_[{column, numeric}];
     if (index.isEmpty() && !features_.empty()) {
-        for (const auto& [fid, data] : features_)
-            if (size_t(column) < data->attributes.size())
-                index[Condition::key(data->attributes[size_t(column)], numeric)].push_back(fid);
+        features_.forEach([&](qint64 fid, const FeatureStore::Ref& r) {
+            if (size_t(column) < r.attributeCount())
+                index[Condition::key(r.attribute(size_t(column)), numeric)].push_back(fid);
+        });
     }
     const auto it = index.constFind(key);
     return it == index.constEnd() ? nullptr : &*it;
@@ -473,7 +471,7 @@ Features Layer::searchEqual(QStringView column, const QVariant& value) const {
     return hits ? Features(this, *hits) : Features(this);
 }
 
-bool Layer::covers(qint64 fid, const FeatureData& d, Point p) const {
+bool Layer::covers(qint64 fid, const FeatureView& d, Point p) const {
     // A region's prepared shape tests its own bounds first; computing them here would walk
     // every point of a large region.
     return d.kind == FeatureKind::Region ? prepared(fid).covers(p) : d.bounds().contains(p);
@@ -482,7 +480,7 @@ bool Layer::covers(qint64 fid, const FeatureData& d, Point p) const {
 Features Layer::searchAtPoint(Point p) const {
     std::vector<qint64> hits;
     for (qint64 fid : index_.containingPoint(p)) {
-        if (covers(fid, *features_.at(fid), p))
+        if (covers(fid, features_.at(fid).view(), p))
             hits.push_back(fid);
     }
     std::sort(hits.begin(), hits.end());
@@ -494,7 +492,7 @@ qint64 Layer::cellAnswer(const Rect& cell) const {
     if (reaching.empty())
         return PointCells::kNothing;
     if (reaching.size() == 1) {
-        const FeatureData& d = *features_.at(reaching[0]);
+        const FeatureView d = features_.at(reaching[0]).view();
         if (d.kind == FeatureKind::Region && ringsHoldRect(d.parts, cell))
             return reaching[0];
     }
@@ -505,28 +503,28 @@ Feature Layer::firstAtPoint(Point p) const {
     if (const qint64 known = cells_.answer(
             p, [this] { return bounds(); }, [this](const Rect& cell) { return cellAnswer(cell); });
         known != PointCells::kAsk)
-        return known < 0 ? Feature() : Feature(this, known, features_.at(known));
+        return known < 0 ? Feature() : feature(known);
     qint64 first = -1;
     index_.visitContaining(p, [&](qint64 fid) {
         if (first >= 0 && fid > first)
             return;
-        const auto it = features_.find(fid);
-        if (it != features_.end() && covers(fid, *it->second, p))
+        const auto r = features_.ref(fid);
+        if (r && covers(fid, r->view(), p))
             first = fid;
     });
-    return first < 0 ? Feature() : Feature(this, first, features_.at(first));
+    return first < 0 ? Feature() : feature(first);
 }
 
 Features Layer::searchWithinRectangle(const Rect& r, int mode) const {
     std::vector<qint64> hits;
     std::optional<PreparedGeometry> area;
     for (qint64 fid : index_.intersecting(r)) {
-        const FeatureData& d = *features_.at(fid);
-        const Feature f(this, fid, features_.at(fid));
+        const FeatureStore::Ref held = features_.at(fid);
+        const FeatureView d = held.view();
         bool keep = false;
         switch (mode) {
         case searchmode::CentreWithin:
-            keep = r.contains(f.centre());
+            keep = r.contains(featureAt(fid, held).centre());
             break;
         case searchmode::PartlyWithin:
             if (within(d.bounds(), r)) {
@@ -559,7 +557,7 @@ Features Layer::searchWithinFeature(const Feature& container, int mode) const {
     const Rect box = container.bounds();
     std::vector<qint64> hits;
     for (qint64 fid : index_.intersecting(box)) {
-        const Feature f(this, fid, features_.at(fid));
+        const Feature f = featureAt(fid, features_.at(fid));
         bool keep = false;
         if (mode == searchmode::CentreWithin)
             keep = area.contains(f.centre());
@@ -585,14 +583,18 @@ FindResult Layer::find(QStringView name) const {
         found = exact->front();
         result.code = 1;
     } else {
-        for (const auto& [fid, data] : features_)
-            if (size_t(column) < data->attributes.size() &&
-                data->attributes[size_t(column)].toString().trimmed().startsWith(
-                    name.trimmed(), Qt::CaseInsensitive)) {
+        features_.forEach([&](qint64 fid, const FeatureStore::Ref& r) {
+            if (size_t(column) < r.attributeCount() &&
+                r.attribute(size_t(column))
+                    .toString()
+                    .trimmed()
+                    .startsWith(name.trimmed(), Qt::CaseInsensitive)) {
                 found = fid;
                 result.code = 2;
-                break;
+                return false;
             }
+            return true;
+        });
     }
     if (found >= 0) {
         result.feature = feature(found);
@@ -608,9 +610,11 @@ const Geometry& Layer::unionAll() const {
                          QStringLiteral("La couche « %1 » ne contient aucun objet.").arg(name_));
         std::vector<Geometry> parts;
         parts.reserve(features_.size());
-        for (const auto& entry : features_)
-            if (!entry.second->parts.empty())
-                parts.push_back(geometryOf(*entry.second));
+        features_.forEach([&](qint64, const FeatureStore::Ref& r) {
+            const FeatureView v = r.view();
+            if (!v.parts.empty())
+                parts.push_back(geometryOf(v));
+        });
         std::vector<const Geometry*> refs;
         for (const Geometry& g : parts)
             refs.push_back(&g);
@@ -623,28 +627,28 @@ const PreparedGeometry& Layer::prepared(qint64 fid) const {
     auto it = prepared_.find(fid);
     if (it == prepared_.end())
         it = prepared_
-                 .emplace(fid, std::make_unique<PreparedGeometry>(geometryOf(*features_.at(fid))))
+                 .emplace(fid,
+                          std::make_unique<PreparedGeometry>(geometryOf(features_.at(fid).view())))
                  .first;
     return *it->second;
 }
 
 void Layer::loadFeatures(std::vector<std::pair<qint64, FeaturePtr>> rows) {
-    features_.clear();
     prepared_.clear();
     selection_.clear();
-    const auto byFid = [](const auto& a, const auto& b) { return a.first < b.first; };
+    const auto byFid = [](const auto& x, const auto& y) { return x.first < y.first; };
     if (!std::is_sorted(rows.begin(), rows.end(), byFid))
         std::sort(rows.begin(), rows.end(), byFid);
-    features_.reserve(rows.size());
+    if (!rows.empty())
+        nextMemoryFid_ = std::max(nextMemoryFid_, rows.back().first + 1);
+    features_.load(std::move(rows), fields_.size());
     std::vector<std::pair<Rect, qint64>> boxes;
-    boxes.reserve(rows.size());
+    boxes.reserve(features_.size());
     Rect all;
-    for (auto& [fid, data] : rows) {
-        boxes.emplace_back(data->bounds(), fid);
+    features_.forEach([&](qint64 fid, const FeatureStore::Ref& r) {
+        boxes.emplace_back(r.bounds(), fid);
         all = all.united(boxes.back().first);
-        nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
-        features_.put(fid, std::move(data));
-    }
+    });
     index_.rebuild(boxes);
     bounds_ = all;
     changed();
@@ -656,28 +660,15 @@ void Layer::changed() {
     valueIndex_.clear();
 }
 
+bool Layer::mostlyIn(const Rect& box) const {
+    const Rect all = bounds();
+    return box.contains(all) || coversMostOf(box, all);
+}
+
 std::vector<std::pair<qint64, FeaturePtr>> Layer::dataInBox(const Rect& box) const {
     std::vector<std::pair<qint64, FeaturePtr>> out;
-    const Rect all = bounds();
-    const bool whole = box.contains(all);
-    if (whole || coversMostOf(box, all)) {
-        // Most of the layer in view (the plan shown whole or nearly): the table is already
-        // in FID order, and testing each box as it goes costs less than sorting what the
-        // tree would answer. Features without bounds are not in the tree, and stay out
-        // here too (a null box meets nothing).
-        out.reserve(features_.size());
-        for (const auto& [fid, data] : features_)
-            if (whole ? !data->bounds().isNull() : box.intersects(data->bounds()))
-                out.emplace_back(fid, data);
-        return out;
-    }
-    std::vector<qint64> fids = index_.intersecting(box);
-    std::sort(fids.begin(), fids.end()); // drawing order is FID order, as stored
-    out.reserve(fids.size());
-    for (const qint64 fid : fids)
-        if (const auto it = features_.find(fid);
-            it != features_.end() && box.intersects(it->second->bounds()))
-            out.emplace_back(fid, it->second);
+    visitInBox(box,
+               [&](qint64 fid, const FeatureStore::Ref& r) { out.emplace_back(fid, r.data()); });
     return out;
 }
 

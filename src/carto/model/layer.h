@@ -18,7 +18,7 @@
 #include "carto/geometry/geometry.h"
 #include "carto/geometry/prepared.h"
 #include "carto/model/condition.h"
-#include "carto/model/feature_table.h"
+#include "carto/model/feature_store.h"
 #include "carto/model/features.h"
 #include "carto/model/layer_info.h"
 #include "carto/model/point_cells.h"
@@ -27,6 +27,7 @@
 
 #include <QHash>
 #include <QString>
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <memory>
@@ -113,8 +114,11 @@ public:
     Feature firstFeature() const; // the lowest FID's; invalid when the layer is empty
     // Every feature in FID order, without looking each one up again.
     template <typename F> void forEachFeature(F&& f) const {
-        for (const auto& [fid, data] : features_)
-            f(Feature(this, fid, data));
+        features_.forEach([&](qint64 fid, const FeatureStore::Ref& r) { f(featureAt(fid, r)); });
+    }
+    // The feature a walk of the store (visitInBox) came to.
+    Feature featureAt(qint64 fid, const FeatureStore::Ref& r) const {
+        return r.held() ? Feature(this, fid, *r.held()) : Feature(this, fid, columns(), r.row());
     }
     bool hasFeature(qint64 fid) const;
     Feature feature(qint64 fid) const;                 // Erreur when absent
@@ -156,6 +160,10 @@ public:
     // The stored data of the features whose bounds meet the box, without a geometric test:
     // what a renderer draws.
     std::vector<std::pair<qint64, FeaturePtr>> dataInBox(const Rect& box) const;
+    // The same without making data: f(fid, const FeatureStore::Ref&) in FID order. The
+    // refs read the layer's columns (columns()) or data the layer shares.
+    template <typename F> void visitInBox(const Rect& box, F&& f) const;
+    const std::shared_ptr<const FeatureColumns>& columns() const { return features_.columns(); }
 
     // The union of all features, cached until the layer changes. Erreur on an empty layer.
     const Geometry& unionAll() const;
@@ -199,7 +207,9 @@ private:
     qint64 cellAnswer(const Rect& cell) const;
     void settingChanged(bool display);
     // Whether the feature holds the point: a region's shape, the bounds of anything else.
-    bool covers(qint64 fid, const FeatureData& d, Point p) const;
+    bool covers(qint64 fid, const FeatureView& d, Point p) const;
+    // Whether most of the layer lies in the box, so that a walk beats the R-tree.
+    bool mostlyIn(const Rect& box) const;
     std::vector<qint64> matching(const Condition& c) const;
     Features equalTo(qsizetype column, const QString& key, bool numeric) const;
     const std::vector<qint64>* lookup(qsizetype column, const QString& key, bool numeric) const;
@@ -220,7 +230,7 @@ private:
     QString textField_;
     QString rasterSource_;
 
-    FeatureTable features_; // enumerated by FID
+    FeatureStore features_; // enumerated by FID
     qint64 nextMemoryFid_ = 1;
     SpatialIndex index_;
     Features selection_;
@@ -236,5 +246,26 @@ private:
     // (column, numeric) -> normalised value -> FIDs in ascending order.
     mutable std::map<std::pair<qsizetype, bool>, QHash<QString, std::vector<qint64>>> valueIndex_;
 };
+
+template <typename F> void Layer::visitInBox(const Rect& box, F&& f) const {
+    if (mostlyIn(box)) {
+        // Most of the layer in view (the plan shown whole or nearly): the store walks in
+        // FID order, and testing each box as it goes costs less than sorting what the tree
+        // would answer. Features without bounds are not in the tree, and stay out here too
+        // (a null box meets nothing).
+        const bool whole = box.contains(bounds());
+        features_.forEach([&](qint64 fid, const FeatureStore::Ref& r) {
+            const Rect b = r.bounds();
+            if (whole ? !b.isNull() : box.intersects(b))
+                f(fid, r);
+        });
+        return;
+    }
+    std::vector<qint64> fids = index_.intersecting(box);
+    std::sort(fids.begin(), fids.end()); // drawing order is FID order, as stored
+    for (const qint64 fid : fids)
+        if (const auto r = features_.ref(fid); r && box.intersects(r->bounds()))
+            f(fid, *r);
+}
 
 } // namespace carto

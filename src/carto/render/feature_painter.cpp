@@ -105,7 +105,7 @@ const QPolygonF& FeaturePainter::screenRing(PartView ring) {
     return ring_;
 }
 
-void FeaturePainter::draw(const FeatureData& d, const Style& style) {
+void FeaturePainter::draw(const FeatureView& d, const Style& style) {
     switch (d.kind) {
     case FeatureKind::Region:
         drawRegion(d.parts, regionPaintFor(style), d.bounds());
@@ -119,12 +119,12 @@ void FeaturePainter::draw(const FeatureData& d, const Style& style) {
         break;
     case FeatureKind::Text:
         if (!d.parts.empty() && !d.parts.front().empty())
-            drawText(d.parts.front().front(), d.text, style);
+            drawText(d.parts.front().front(), d.text ? d.text->toString() : QString(), style);
         break;
     }
 }
 
-void FeaturePainter::drawRegion(const Shape& rings, const RegionPaint& paint, const Rect& bounds) {
+void FeaturePainter::drawRegion(ShapeView rings, const RegionPaint& paint, const Rect& bounds) {
     if (rings.empty())
         return;
     // A region of a few pixels is the block of pixels its bounds cover, in the colour its
@@ -162,7 +162,7 @@ void FeaturePainter::drawRegion(const Shape& rings, const RegionPaint& paint, co
     painter_.drawPath(path);
 }
 
-void FeaturePainter::drawLine(const Shape& lines, const QPen& pen) {
+void FeaturePainter::drawLine(ShapeView lines, const QPen& pen) {
     flush();
     painter_.setPen(pen);
     painter_.setBrush(Qt::NoBrush);

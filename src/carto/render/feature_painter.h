@@ -22,9 +22,10 @@ public:
     FeaturePainter(const FeaturePainter&) = delete;
     FeaturePainter& operator=(const FeaturePainter&) = delete;
 
-    void draw(const FeatureData& data, const Style& style);
-    void drawRegion(const Shape& rings, const RegionPaint& paint, const Rect& bounds);
-    void drawLine(const Shape& lines, const QPen& pen);
+    void draw(const FeatureView& data, const Style& style);
+    void draw(const FeatureData& data, const Style& style) { draw(data.view(), style); }
+    void drawRegion(ShapeView rings, const RegionPaint& paint, const Rect& bounds);
+    void drawLine(ShapeView lines, const QPen& pen);
     void drawSymbol(Point at, const Style& style);
     void drawText(Point anchor, const QString& text, const Style& style);
     // An automatic label centred on the point, lettered as `style` says at a fixed size on

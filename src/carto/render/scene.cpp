@@ -65,21 +65,20 @@ void collectLayer(const Map& map, const Layer& layer, const Viewport& viewport, 
     if (labelled)
         out.labelStyle = labels.style;
 
-    auto rows = layer.dataInBox(area);
-    out.items.reserve(rows.size());
-    for (auto& [fid, data] : rows) {
-        const Style& own = *data->style;
+    out.columns = layer.columns();
+    layer.visitInBox(area, [&](qint64 fid, const FeatureStore::Ref& r) {
+        const Style& own = *r.style();
         // A text too small to read is neither drawn nor an obstacle to labels: the
         // numbers of a whole plan seen from afar stay out of the scene.
-        if (data->kind == FeatureKind::Text && !FeaturePainter::textShows(own, k))
-            continue;
+        if (r.kind() == FeatureKind::Text && !FeaturePainter::textShows(own, k))
+            return;
         SceneItem item;
         item.style = &own;
         if (themed || labelled) {
-            const Feature f(&layer, fid, data);
+            const Feature f = layer.featureAt(fid, r);
             if (themed)
                 item.style = themed->styleFor(f, own);
-            if (labelled && data->bounds().width() * k >= kMinLabelledPixels) {
+            if (labelled && r.bounds().width() * k >= kMinLabelledPixels) {
                 item.label = labels.dataset->value(f, labels.field).toString();
                 const auto offset = labels.offsets.find(fid);
                 const Point c = f.centre();
@@ -88,9 +87,12 @@ void collectLayer(const Map& map, const Layer& layer, const Viewport& viewport, 
                                    : Point{c.x + offset->second.x, c.y + offset->second.y};
             }
         }
-        item.data = std::move(data);
+        if (const FeaturePtr* held = r.held())
+            item.data = *held;
+        else
+            item.row = std::uint32_t(r.row());
         out.items.push_back(std::move(item));
-    }
+    });
 }
 
 } // namespace
@@ -134,7 +136,7 @@ std::vector<QRectF> paintScene(QPainter& painter, const Scene& scene,
         for (const SceneItem& item : layer.items) {
             if (cancelled())
                 return {};
-            fp.draw(*item.data, *item.style);
+            fp.draw(item.data ? item.data->view() : layer.columns->view(item.row), *item.style);
         }
     }
     // Labels last, over every layer, once all the plan's texts are known.

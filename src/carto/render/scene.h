@@ -2,8 +2,8 @@
 // What a render draws, taken from the map on the UI thread: for each visible layer in
 // drawing order, the features whose bounds meet the area (through the R-tree), each with
 // the style it is drawn in (its own or its theme category's) and its automatic label.
-// The features' data is shared and never changed in place, so a scene can be painted on
-// another thread while the map goes on changing.
+// The features' data and the layers' columns are shared and never changed in place, so a
+// scene can be painted on another thread while the map goes on changing.
 
 #include "carto/model/map.h"
 #include "carto/render/raster_image.h"
@@ -11,20 +11,24 @@
 
 #include <QPainter>
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
 
 namespace carto {
 
+// A feature to draw: its own data, or a row of its layer's columns.
 struct SceneItem {
     FeaturePtr data;
+    std::uint32_t row = 0; // without data
     const Style* style = nullptr;
     QString label; // empty when none
     Point labelAt;
 };
 
 struct SceneLayer {
+    std::shared_ptr<const FeatureColumns> columns; // held while the scene is painted
     std::vector<SceneItem> items;
     RasterImage raster;
     Style labelStyle; // a copy: the layer's may change while the scene is painted

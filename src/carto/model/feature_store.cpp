@@ -1,0 +1,70 @@
+#include "carto/model/feature_store.h"
+
+#include <stdexcept>
+
+namespace carto {
+
+std::ptrdiff_t FeatureStore::liveRow(qint64 fid) const {
+    if (!columns_)
+        return -1;
+    const std::ptrdiff_t row = columns_->rowOf(fid);
+    return row >= 0 && !gone_[size_t(row)] ? row : -1;
+}
+
+FeaturePtr FeatureStore::find(qint64 fid) const {
+    if (const auto it = changed_.find(fid); it != changed_.end())
+        return it->second;
+    const std::ptrdiff_t row = liveRow(fid);
+    return row >= 0 ? columns_->data(size_t(row)) : nullptr;
+}
+
+std::optional<FeatureStore::Ref> FeatureStore::ref(qint64 fid) const {
+    if (const auto it = changed_.find(fid); it != changed_.end())
+        return Ref(&it->second);
+    const std::ptrdiff_t row = liveRow(fid);
+    if (row < 0)
+        return std::nullopt;
+    return Ref(columns_.get(), size_t(row));
+}
+
+FeatureStore::Ref FeatureStore::at(qint64 fid) const {
+    const auto r = ref(fid);
+    if (!r)
+        throw std::out_of_range("no feature of that FID");
+    return *r;
+}
+
+void FeatureStore::put(qint64 fid, FeaturePtr data) {
+    if (const std::ptrdiff_t row = liveRow(fid); row >= 0) {
+        gone_[size_t(row)] = true;
+        --live_;
+    }
+    changed_.insert_or_assign(fid, std::move(data));
+}
+
+void FeatureStore::erase(qint64 fid) {
+    if (const auto it = changed_.find(fid); it != changed_.end()) {
+        changed_.erase(it);
+    } else if (const std::ptrdiff_t row = liveRow(fid); row >= 0) {
+        gone_[size_t(row)] = true;
+        --live_;
+    }
+}
+
+void FeatureStore::clear() {
+    columns_.reset();
+    gone_.clear();
+    live_ = 0;
+    changed_.clear();
+}
+
+void FeatureStore::load(FeatureColumns::Rows rows, size_t columns) {
+    clear();
+    columns_ = FeatureColumns::take(rows, columns);
+    live_ = columns_ ? columns_->size() : 0;
+    gone_.assign(live_, false);
+    for (auto& [fid, data] : rows)
+        changed_.emplace_hint(changed_.end(), fid, std::move(data));
+}
+
+} // namespace carto

@@ -1,0 +1,191 @@
+// Features held in columns: what goes in reads back the same, what cannot go in stays
+// apart, and the layer's store walks both in FID order through edits.
+#include "carto/model/feature.h"
+#include "carto/model/feature_columns.h"
+#include "carto/model/feature_store.h"
+#include "carto/model/map.h"
+
+#include <QDate>
+#include <gtest/gtest.h>
+
+using namespace carto;
+
+namespace {
+
+Part square(double x, double y, double side) {
+    return {{x, y}, {x + side, y}, {x + side, y + side}, {x, y + side}, {x, y}};
+}
+
+FeaturePtr withValues(const Feature& f, std::vector<QVariant> values) {
+    auto d = MutableFeaturePtr::make(f.data());
+    d->attributes = AttributeValues(values);
+    return d;
+}
+
+void expectSame(const FeatureData& a, const FeatureData& b) {
+    EXPECT_EQ(a.kind, b.kind);
+    EXPECT_EQ(a.parts, b.parts);
+    EXPECT_EQ(a.style, b.style); // the same shared style, not a copy
+    EXPECT_EQ(a.attributes, b.attributes);
+    for (size_t i = 0; i < a.attributes.size(); ++i)
+        EXPECT_EQ(a.attributes[i].typeId(), b.attributes[i].typeId()) << i;
+    EXPECT_EQ(a.text, b.text);
+    EXPECT_EQ(a.extent.x, b.extent.x);
+    EXPECT_EQ(a.extent.y, b.extent.y);
+}
+
+std::vector<qint64> walk(const FeatureStore& s) {
+    std::vector<qint64> out;
+    s.forEach([&](qint64 fid, const FeatureStore::Ref&) { out.push_back(fid); });
+    return out;
+}
+
+} // namespace
+
+TEST(FeatureColumns, HoldEveryKindAsGivenAndLeaveOutWhatTheyCannot) {
+    Style named;
+    named.textSize = 120;
+    auto noParts = MutableFeaturePtr::make();
+    noParts->style = StylePtr::make(named);
+    noParts->attributes = AttributeValues({1, 1, 1});
+    FeatureColumns::Rows rows = {
+        {1, withValues(Feature::region({square(0, 0, 2), square(0.5, 0.5, 1)}),
+                       {7, QStringLiteral("A-1"), 2.5})},
+        {2, withValues(Feature::line({{{0, 0}, {3, 4}, {5, 5}}}), {{}, QString(), true})},
+        {4, withValues(Feature::symbol({9, 9}), {qlonglong(1) << 40, QStringLiteral("é"), ""})},
+        {5, withValues(Feature::textAt({1, 2}, QStringLiteral("12"), named), {1, 2, 3})},
+        {6, withValues(Feature::textAt({3, 4}, QStringLiteral("Allée des Tilleuls Œ")),
+                       {QStringLiteral("ŒŒ"), {}, {}})},
+        {7, noParts},
+        {8, withValues(Feature::symbol({1, 1}), {QDate(2024, 5, 1), 1, QDate(2025, 1, 2)})},
+        {9, withValues(Feature::symbol({1, 1}), {1, 1})}, // too few values
+        {11, withValues(Feature::region({square(5, 5, 1)}), {1, 2, 3})},
+    };
+    const FeatureColumns::Rows all = rows;
+    const auto columns = FeatureColumns::take(rows, 3);
+    ASSERT_TRUE(columns);
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0].first, 9);
+    ASSERT_EQ(columns->size(), 8u);
+
+    size_t row = 0;
+    for (const auto& [fid, data] : all) {
+        if (fid == 9)
+            continue;
+        SCOPED_TRACE(fid);
+        EXPECT_EQ(columns->fid(row), fid);
+        EXPECT_EQ(columns->rowOf(fid), std::ptrdiff_t(row));
+        expectSame(*columns->data(row), *data);
+        const FeatureView v = columns->view(row);
+        EXPECT_EQ(v.kind, data->kind);
+        EXPECT_EQ(v.parts, data->parts.view());
+        EXPECT_EQ(v.bounds(), data->bounds());
+        for (size_t i = 0; i < 4; ++i)
+            EXPECT_EQ(columns->attribute(row, i), data->attributes[i]) << i;
+        ++row;
+    }
+    for (const qint64 absent : {0, 3, 9, 10, 12})
+        EXPECT_EQ(columns->rowOf(absent), -1) << absent;
+    EXPECT_EQ(columns->view(0).parts.size(), 2u);
+    EXPECT_TRUE(columns->view(5).parts.empty());
+}
+
+TEST(FeatureColumns, PointsOfTheirOwnAndFidsWithoutGapsNeedNoIndex) {
+    FeatureColumns::Rows rows;
+    for (int i = 0; i < 5; ++i)
+        rows.emplace_back(10 + i, withValues(Feature::textAt({double(i), 1}, QString::number(i)),
+                                             {QString::number(i)}));
+    const FeatureColumns::Rows all = rows;
+    const auto columns = FeatureColumns::take(rows, 1);
+    ASSERT_TRUE(columns);
+    EXPECT_TRUE(rows.empty());
+    EXPECT_EQ(columns->rowOf(12), 2);
+    EXPECT_EQ(columns->rowOf(9), -1);
+    EXPECT_EQ(columns->rowOf(15), -1);
+    for (size_t r = 0; r < all.size(); ++r) {
+        expectSame(*columns->data(r), *all[r].second);
+        EXPECT_EQ(columns->view(r).bounds(), all[r].second->bounds());
+    }
+    FeatureColumns::Rows none;
+    EXPECT_EQ(FeatureColumns::take(none, 1), nullptr);
+}
+
+TEST(FeatureStore, WalksColumnsAndChangesInFidOrderThroughEdits) {
+    FeatureColumns::Rows rows;
+    for (int fid = 1; fid <= 6; ++fid)
+        rows.emplace_back(fid, withValues(Feature::region({square(fid, 0, 1)}),
+                                          fid == 3 ? std::vector<QVariant>{fid, fid}
+                                                   : std::vector<QVariant>{fid}));
+    FeatureStore s;
+    s.load(rows, 1);
+    ASSERT_TRUE(s.columns());
+    EXPECT_EQ(s.columns()->size(), 5u); // the one of two values stays apart
+    EXPECT_EQ(walk(s), (std::vector<qint64>{1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(s.at(3).attributeCount(), 2u);
+
+    const FeaturePtr two = withValues(Feature::region({square(20, 0, 1)}), {22});
+    s.put(2, two);
+    EXPECT_EQ(s.find(2), two);
+    EXPECT_EQ(s.size(), 6u);
+    s.erase(4);
+    s.erase(3);
+    EXPECT_FALSE(s.contains(4));
+    EXPECT_FALSE(s.contains(3));
+    EXPECT_FALSE(s.ref(4).has_value());
+    EXPECT_EQ(s.find(4), nullptr);
+    EXPECT_THROW(s.at(4), std::out_of_range);
+    s.put(10, two);
+    EXPECT_EQ(walk(s), (std::vector<qint64>{1, 2, 5, 6, 10}));
+    EXPECT_EQ(s.size(), 5u);
+    EXPECT_EQ(s.at(2).attribute(0), QVariant(22));
+    EXPECT_EQ(s.at(5).attribute(0), QVariant(5));
+
+    // A walk whose callback replaces each feature it is given and adds others: each one
+    // present at the start is seen once, the new ones not at all.
+    std::vector<qint64> seen;
+    s.forEach([&](qint64 fid, const FeatureStore::Ref& r) {
+        seen.push_back(fid);
+        s.put(fid,
+              withValues(Feature::region({square(fid, 5, 1)}), {r.attribute(0).toInt() + 100}));
+        s.put(fid + 1000, two);
+    });
+    EXPECT_EQ(seen, (std::vector<qint64>{1, 2, 5, 6, 10}));
+    EXPECT_EQ(s.size(), 10u);
+    EXPECT_EQ(s.at(1).attribute(0), QVariant(101));
+    EXPECT_EQ(s.at(6).attribute(0), QVariant(106));
+
+    // Stopping early.
+    int visits = 0;
+    s.forEach([&](qint64, const FeatureStore::Ref&) { return ++visits < 2; });
+    EXPECT_EQ(visits, 2);
+}
+
+TEST(FeatureStore, FeaturesReadFromColumnsOutliveAReloadAndCopyOnWrite) {
+    Map map;
+    LayerInfo info;
+    info.addParameter("Name", QStringLiteral("Plan"));
+    info.addParameter("Fields", FieldList{{"Nom", FieldType::Text, 0}});
+    info.addParameter("TableStorageType", QStringLiteral("MemTable"));
+    Layer& layer = map.addLayer(info);
+    layer.loadFeatures({{1, withValues(Feature::region({square(0, 0, 1)}), {"a"})},
+                        {2, withValues(Feature::region({square(2, 0, 1)}), {"b"})}});
+    ASSERT_TRUE(layer.columns());
+
+    Feature one = layer.feature(1);
+    const Feature kept = layer.feature(2);
+    one.setAttribute(u"Nom", QStringLiteral("changé"));
+    one.offset(10, 0);
+    EXPECT_EQ(layer.feature(1).attribute(u"Nom"), "a"); // a copy until written back
+    layer.updateFeature(one);
+    EXPECT_EQ(layer.feature(1).attribute(u"Nom"), "changé");
+    EXPECT_EQ(layer.searchAtPoint({10.5, 0.5}).fids(), std::vector<qint64>{1});
+    EXPECT_TRUE(layer.searchAtPoint({0.5, 0.5}).isEmpty());
+    EXPECT_EQ(layer.firstAtPoint({2.5, 0.5}).fid(), 2);
+
+    layer.loadFeatures({{2, withValues(Feature::region({square(50, 0, 1)}), {"z"})}});
+    EXPECT_EQ(kept.attribute(u"Nom"), "b");
+    EXPECT_EQ(kept.bounds(), (Rect{2, 0, 3, 1}));
+    EXPECT_EQ(kept.parts().size(), 1u);
+    EXPECT_EQ(layer.feature(2).attribute(u"Nom"), "z");
+    EXPECT_FALSE(layer.hasFeature(1));
+}
