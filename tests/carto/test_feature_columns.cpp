@@ -95,16 +95,30 @@ TEST(FeatureColumns, PointsOfTheirOwnAndFidsWithoutGapsNeedNoIndex) {
     for (int i = 0; i < 5; ++i)
         rows.emplace_back(10 + i, withValues(Feature::textAt({double(i), 1}, QString::number(i)),
                                              {QString::number(i)}));
-    const FeatureColumns::Rows all = rows;
-    const auto columns = FeatureColumns::take(rows, 1);
+    const FeatureColumns::Rows points = rows;
+    auto columns = FeatureColumns::take(rows, 1);
     ASSERT_TRUE(columns);
     EXPECT_TRUE(rows.empty());
     EXPECT_EQ(columns->rowOf(12), 2);
     EXPECT_EQ(columns->rowOf(9), -1);
     EXPECT_EQ(columns->rowOf(15), -1);
-    for (size_t r = 0; r < all.size(); ++r) {
+    for (size_t r = 0; r < points.size(); ++r) {
+        expectSame(*columns->data(r), *points[r].second);
+        EXPECT_EQ(columns->view(r).bounds(), points[r].second->bounds());
+    }
+
+    // A line after the points, then a FID that does not come after the last one.
+    rows = points;
+    rows.emplace_back(15, withValues(Feature::line({{{0, 0}, {1, 1}}}), {"l"}));
+    rows.emplace_back(12, withValues(Feature::symbol({0, 0}), {"s"}));
+    const FeatureColumns::Rows all = rows;
+    columns = FeatureColumns::take(rows, 1);
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0].first, 12);
+    ASSERT_EQ(columns->size(), 6u);
+    for (size_t r = 0; r < columns->size(); ++r) {
         expectSame(*columns->data(r), *all[r].second);
-        EXPECT_EQ(columns->view(r).bounds(), all[r].second->bounds());
+        EXPECT_EQ(columns->view(r).parts, all[r].second->parts.view());
     }
     FeatureColumns::Rows none;
     EXPECT_EQ(FeatureColumns::take(none, 1), nullptr);
@@ -158,6 +172,13 @@ TEST(FeatureStore, WalksColumnsAndChangesInFidOrderThroughEdits) {
     int visits = 0;
     s.forEach([&](qint64, const FeatureStore::Ref&) { return ++visits < 2; });
     EXPECT_EQ(visits, 2);
+
+    // Rows that share a FID with the columns win over them.
+    FeatureStore t;
+    t.load(s.columns(), {{5, two}, {100, two}});
+    EXPECT_EQ(t.size(), 6u);
+    EXPECT_EQ(walk(t), (std::vector<qint64>{1, 2, 4, 5, 6, 100}));
+    EXPECT_EQ(t.find(5), two);
 }
 
 TEST(FeatureStore, FeaturesReadFromColumnsOutliveAReloadAndCopyOnWrite) {

@@ -11,68 +11,78 @@ namespace {
 constexpr size_t kMaxIndex = std::numeric_limits<std::uint32_t>::max();
 constexpr size_t kMaxStyles = std::numeric_limits<std::uint16_t>::max();
 
-bool onePoint(const FeatureData& d) {
-    return d.parts.size() == 1 && d.parts.points().size() == 1;
+// A column that only some rows need, kept empty until the first of them comes: then
+// filled for the rows before it, and from there on given a value for every row.
+template <typename T> void pushSparse(std::vector<T>& column, size_t row, bool needed, T value) {
+    if (column.empty() && !needed)
+        return;
+    if (column.empty())
+        column.resize(row);
+    column.push_back(std::move(value));
 }
 
 } // namespace
 
-std::shared_ptr<const FeatureColumns> FeatureColumns::take(Rows& rows, size_t columns) {
-    if (rows.empty())
-        return nullptr;
-    const auto any = [&](auto test) {
-        return std::any_of(rows.begin(), rows.end(),
-                           [&](const auto& r) { return test(*r.second); });
-    };
-    const bool texts = any([](const FeatureData& d) { return d.kind == FeatureKind::Text; });
-    const bool anchors = any([](const FeatureData& d) {
-        return d.kind == FeatureKind::Text || d.kind == FeatureKind::Symbol;
-    });
-    const bool lonePoints =
-        std::all_of(rows.begin(), rows.end(), [](const auto& r) { return onePoint(*r.second); });
+// The styles met so far, by address: rows share the few a layer has.
+struct FeatureColumns::Builder::Styles {
+    std::unordered_map<const Style*, std::uint16_t> index;
+};
 
-    std::shared_ptr<FeatureColumns> c(new FeatureColumns);
-    c->columns_ = columns;
-    c->firstFid_ = rows.front().first;
-    c->kinds_.reserve(rows.size());
-    c->styles_.reserve(rows.size());
-    c->lonePoints_ = lonePoints;
-    if (!lonePoints)
-        c->pointEnds_.reserve(rows.size());
-    c->valueEnds_.reserve(rows.size());
-    if (texts)
-        c->texts_.reserve(rows.size());
-    if (anchors)
-        c->extents_.reserve(rows.size());
+FeatureColumns::Builder::Builder(size_t columns)
+    : styles_(std::make_unique<Styles>()), columns_(columns) {}
+FeatureColumns::Builder::Builder(Builder&&) noexcept = default;
+FeatureColumns::Builder& FeatureColumns::Builder::operator=(Builder&&) noexcept = default;
+FeatureColumns::Builder::~Builder() = default;
 
-    std::unordered_map<const Style*, std::uint16_t> styleIndex;
-    Rows left;
-    for (auto& row : rows) {
-        const FeatureData& d = *row.second;
-        const auto [slot, added] = styleIndex.try_emplace(d.style.get(), 0);
-        if (added) {
-            if (c->styleTable_.size() == kMaxStyles) {
-                styleIndex.erase(slot);
-                left.push_back(std::move(row));
-                continue;
-            }
-            slot->second = std::uint16_t(c->styleTable_.size());
-            c->styleTable_.push_back(d.style);
-        }
-        if (!c->add(row.first, d, texts, anchors)) {
-            left.push_back(std::move(row));
-            continue;
-        }
-        c->styles_.push_back(slot->second);
+void FeatureColumns::Builder::reserve(size_t rows) {
+    if (!c_) {
+        c_.reset(new FeatureColumns);
+        c_->columns_ = columns_;
     }
-    rows = std::move(left);
-    if (c->kinds_.empty())
-        return nullptr;
-    c->finish();
-    return c;
+    c_->kinds_.reserve(rows);
+    c_->styles_.reserve(rows);
+    c_->valueEnds_.reserve(rows);
 }
 
-bool FeatureColumns::add(qint64 fid, const FeatureData& d, bool texts, bool anchors) {
+bool FeatureColumns::Builder::add(qint64 fid, const FeatureData& d) {
+    if (!c_)
+        reserve(0);
+    FeatureColumns& c = *c_;
+    if (!c.kinds_.empty() && fid <= c.fid(c.size() - 1))
+        return false;
+    const auto [slot, added] = styles_->index.try_emplace(d.style.get(), 0);
+    if (added) {
+        if (c.styleTable_.size() == kMaxStyles) {
+            styles_->index.erase(slot);
+            return false;
+        }
+        slot->second = std::uint16_t(c.styleTable_.size());
+        c.styleTable_.push_back(d.style);
+    }
+    return c.add(fid, d, slot->second);
+}
+
+std::shared_ptr<const FeatureColumns> FeatureColumns::Builder::finish() {
+    std::shared_ptr<FeatureColumns> done = std::move(c_);
+    styles_->index.clear();
+    if (!done || done->kinds_.empty())
+        return nullptr;
+    done->shrink();
+    return done;
+}
+
+std::shared_ptr<const FeatureColumns> FeatureColumns::take(Rows& rows, size_t columns) {
+    Builder b(columns);
+    b.reserve(rows.size());
+    Rows left;
+    for (auto& row : rows)
+        if (!b.add(row.first, *row.second))
+            left.push_back(std::move(row));
+    rows = std::move(left);
+    return b.finish();
+}
+
+bool FeatureColumns::add(qint64 fid, const FeatureData& d, std::uint16_t style) {
     const auto points = d.parts.points();
     const size_t several = d.parts.size() > 1 ? d.parts.size() : 0;
     if (d.attributes.size() != columns_ || points_.size() + points.size() > kMaxIndex ||
@@ -86,10 +96,8 @@ bool FeatureColumns::add(qint64 fid, const FeatureData& d, bool texts, bool anch
         return false;
     }
     const size_t row = kinds_.size();
-    if (boxed_.size() > boxedBefore && boxedEnds_.empty())
-        boxedEnds_.assign(row, 0); // the first row with variants: none before it
-    if (!boxedEnds_.empty())
-        boxedEnds_.push_back(std::uint32_t(boxed_.size()));
+    if (row == 0)
+        firstFid_ = fid;
     if (fids_.empty() && fid != firstFid_ + qint64(row)) {
         // A gap: the FIDs are kept from here on.
         fids_.reserve(kinds_.capacity());
@@ -109,18 +117,26 @@ bool FeatureColumns::add(qint64 fid, const FeatureData& d, bool texts, bool anch
         ends_.insert(ends_.end(), ends.begin(), ends.end());
     }
     kinds_.push_back(kind);
+    styles_.push_back(style);
+    if (lonePoints_ && !(d.parts.size() == 1 && points.size() == 1)) {
+        // The first row that is not a point of its own: every row before it was one.
+        lonePoints_ = false;
+        pointEnds_.reserve(kinds_.capacity());
+        for (size_t i = 0; i < row; ++i)
+            pointEnds_.push_back(std::uint32_t(i + 1));
+    }
     points_.insert(points_.end(), points.begin(), points.end());
     if (!lonePoints_)
         pointEnds_.push_back(std::uint32_t(points_.size()));
     valueEnds_.push_back(std::uint32_t(values_.size()));
-    if (texts)
-        texts_.push_back(d.text);
-    if (anchors)
-        extents_.push_back(d.extent);
+    pushSparse(boxedEnds_, row, boxed_.size() > boxedBefore, std::uint32_t(boxed_.size()));
+    pushSparse(texts_, row, d.kind == FeatureKind::Text, d.text);
+    pushSparse(extents_, row, d.kind == FeatureKind::Text || d.kind == FeatureKind::Symbol,
+               d.extent);
     return true;
 }
 
-void FeatureColumns::finish() {
+void FeatureColumns::shrink() {
     fids_.shrink_to_fit();
     kinds_.shrink_to_fit();
     styles_.shrink_to_fit();

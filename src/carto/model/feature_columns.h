@@ -23,9 +23,29 @@ class FeatureColumns {
 public:
     using Rows = std::vector<std::pair<qint64, FeaturePtr>>;
 
-    // Takes from `rows`, in FID order, the features it can hold, and leaves in `rows` those
-    // it cannot (not `columns` values, more styles than it counts): their data stays as
-    // it is. Null when it takes none.
+    // Fills columns row by row, as storage reads them.
+    class Builder {
+    public:
+        explicit Builder(size_t columns);
+        Builder(Builder&&) noexcept;
+        Builder& operator=(Builder&&) noexcept;
+        ~Builder();
+        void reserve(size_t rows);
+        // Copies the row in, or false when the columns cannot hold it: a FID not above the
+        // last one's, not `columns` values, more styles than they count.
+        bool add(qint64 fid, const FeatureData& d);
+        // The columns, then empty again; null when no row went in.
+        std::shared_ptr<const FeatureColumns> finish();
+
+    private:
+        struct Styles;
+        std::shared_ptr<FeatureColumns> c_;
+        std::unique_ptr<Styles> styles_;
+        size_t columns_;
+    };
+
+    // Takes from `rows` the features it can hold, in FID order, and leaves in `rows` those
+    // it cannot, their data as it is. Null when it takes none.
     static std::shared_ptr<const FeatureColumns> take(Rows& rows, size_t columns);
 
     size_t size() const { return kinds_.size(); }
@@ -48,9 +68,8 @@ private:
     static constexpr std::uint8_t kSeveralParts = 0x40;
 
     FeatureColumns() = default;
-    // False when the row cannot be held (its data is then left as it was).
-    bool add(qint64 fid, const FeatureData& d, bool texts, bool anchors);
-    void finish();
+    bool add(qint64 fid, const FeatureData& d, std::uint16_t style);
+    void shrink();
     std::pair<size_t, size_t> pointRange(size_t row) const;
     const unsigned char* valuesOf(size_t row) const;
     const QVariant* boxesOf(size_t row) const;
@@ -61,18 +80,18 @@ private:
     std::vector<std::uint8_t> kinds_;
     std::vector<std::uint16_t> styles_;
     std::vector<StylePtr> styleTable_;
-    // Where each row's points end; none when every row is one point of its own.
-    bool lonePoints_ = false;
+    // Where each row's points end; none while every row is one point of its own.
+    bool lonePoints_ = true;
     std::vector<std::uint32_t> pointEnds_;
     std::vector<Point> points_;
     // Rows of several parts, by row: where their part ends start in ends_.
     std::vector<std::pair<std::uint32_t, std::uint32_t>> several_;
     std::vector<std::uint32_t> ends_;
-    std::vector<FeatureText> texts_; // empty when no row is a text
-    std::vector<Point> extents_;     // empty when no row is a text or a symbol
+    std::vector<FeatureText> texts_; // none before the first text
+    std::vector<Point> extents_;     // none before the first text or symbol
     std::vector<std::uint32_t> valueEnds_;
     std::vector<unsigned char> values_;
-    // Values kept as variants (dates...), and where each row's end; none when no row has.
+    // Values kept as variants (dates...), and where each row's end; none before the first.
     std::vector<QVariant> boxed_;
     std::vector<std::uint32_t> boxedEnds_;
 };

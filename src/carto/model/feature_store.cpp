@@ -59,12 +59,17 @@ void FeatureStore::clear() {
 }
 
 void FeatureStore::load(FeatureColumns::Rows rows, size_t columns) {
+    auto held = FeatureColumns::take(rows, columns);
+    load(std::move(held), std::move(rows));
+}
+
+void FeatureStore::load(std::shared_ptr<const FeatureColumns> columns, FeatureColumns::Rows rows) {
     clear();
-    columns_ = FeatureColumns::take(rows, columns);
+    columns_ = std::move(columns);
     live_ = columns_ ? columns_->size() : 0;
     gone_.assign(live_, false);
     for (auto& [fid, data] : rows)
-        changed_.emplace_hint(changed_.end(), fid, std::move(data));
+        put(fid, std::move(data));
 }
 
 } // namespace carto

@@ -62,6 +62,9 @@ public:
     void clear();
     // Replaces every feature by the rows, in FID order; each FID once.
     void load(FeatureColumns::Rows rows, size_t columns);
+    // Replaces every feature by those of the columns and the rows (which win when they
+    // share a FID).
+    void load(std::shared_ptr<const FeatureColumns> columns, FeatureColumns::Rows rows);
     // Shared with renders, which read them on another thread.
     const std::shared_ptr<const FeatureColumns>& columns() const { return columns_; }
 

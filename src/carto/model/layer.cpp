@@ -634,20 +634,25 @@ const PreparedGeometry& Layer::prepared(qint64 fid) const {
 }
 
 void Layer::loadFeatures(std::vector<std::pair<qint64, FeaturePtr>> rows) {
-    prepared_.clear();
-    selection_.clear();
     const auto byFid = [](const auto& x, const auto& y) { return x.first < y.first; };
     if (!std::is_sorted(rows.begin(), rows.end(), byFid))
         std::sort(rows.begin(), rows.end(), byFid);
-    if (!rows.empty())
-        nextMemoryFid_ = std::max(nextMemoryFid_, rows.back().first + 1);
-    features_.load(std::move(rows), fields_.size());
+    auto columns = FeatureColumns::take(rows, fields_.size());
+    loadFeatures(std::move(columns), std::move(rows));
+}
+
+void Layer::loadFeatures(std::shared_ptr<const FeatureColumns> columns,
+                         std::vector<std::pair<qint64, FeaturePtr>> rest) {
+    prepared_.clear();
+    selection_.clear();
+    features_.load(std::move(columns), std::move(rest));
     std::vector<std::pair<Rect, qint64>> boxes;
     boxes.reserve(features_.size());
     Rect all;
     features_.forEach([&](qint64 fid, const FeatureStore::Ref& r) {
         boxes.emplace_back(r.bounds(), fid);
         all = all.united(boxes.back().first);
+        nextMemoryFid_ = std::max(nextMemoryFid_, fid + 1);
     });
     index_.rebuild(boxes);
     bounds_ = all;

@@ -172,6 +172,9 @@ public:
 
     // Storage side: load without writing through.
     void loadFeatures(std::vector<std::pair<qint64, FeaturePtr>> rows);
+    // The same from columns read for this layer's fields, and the rows they could not hold.
+    void loadFeatures(std::shared_ptr<const FeatureColumns> columns,
+                      std::vector<std::pair<qint64, FeaturePtr>> rest);
 
     // What a stored copy of the feature holds in this layer, as conform.h settles it: its
     // attributes matched to this layer's columns by name and made what the columns hold,

@@ -51,7 +51,7 @@ void Map::loadMapSet(const QString& pathOrConnection, const MapSetOptions& optio
         MapStore::Read read = store->readFeatures(entry.name, fields, options.textColumn);
         unreadable += read.unreadable;
         layer->textField_ = read.textField;
-        layer->loadFeatures(std::move(read.rows));
+        layer->loadFeatures(std::move(read.columns), std::move(read.rows));
         layers.push_back(std::move(layer));
     }
     store->releaseReadMemory();

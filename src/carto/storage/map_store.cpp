@@ -337,8 +337,9 @@ namespace {
 class FeatureAssembler {
 public:
     FeatureAssembler(const FieldList& fields, const QString& defaultTextColumn,
-                     MapStore::Read& read)
-        : fields_(fields), read_(read) {
+                     MapStore::Read& read, size_t expected)
+        : fields_(fields), read_(read), columns_(fields.size()) {
+        columns_.reserve(expected);
         if (!defaultTextColumn.isEmpty() && columnOf(defaultTextColumn) >= 0)
             read_.textField = fields_[size_t(columnOf(defaultTextColumn))].name;
     }
@@ -350,8 +351,11 @@ public:
         return shape_;
     }
     bool start(FeatureKind kind) {
-        data_ = MutableFeaturePtr::make();
+        // The data of the row before, when the columns took a copy: made anew otherwise.
+        if (!data_)
+            data_ = MutableFeaturePtr::make();
         data_->kind = kind;
+        data_->text = {};
         data_->parts = shape_.build();
         if (readableParts(data_->parts))
             return true;
@@ -380,8 +384,11 @@ public:
                                                      : QString();
         }
         refreshDerived(data);
-        read_.rows.emplace_back(fid, std::move(data_));
+        if (!columns_.add(fid, data))
+            read_.rows.emplace_back(fid, std::move(data_));
     }
+    // After the last row.
+    void done() { read_.columns = columns_.finish(); }
 
 private:
     qsizetype columnOf(const QString& column) const {
@@ -413,6 +420,7 @@ private:
     QByteArray previousStyleText_;
     AttributeValues::Builder values_;
     ShapeBuilder shape_;
+    FeatureColumns::Builder columns_;
     MutableFeaturePtr data_;
     bool textFieldSeen_ = false;
 };
@@ -442,6 +450,7 @@ void readArrowRows(ArrowRows& rows, FeatureAssembler& out) {
             rows.addField(out.values(), i);
         out.finish(rows.fid(), rows.style());
     }
+    out.done();
 }
 
 } // namespace
@@ -467,8 +476,7 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
     if (wal_) {
         if (const auto rows = ArrowRows::open(*layer, sourceIndex, styleIndex)) {
             Read read;
-            read.rows.reserve(reserved);
-            FeatureAssembler out(fields, defaultTextColumn, read);
+            FeatureAssembler out(fields, defaultTextColumn, read, reserved);
             readArrowRows(*rows, out);
             if (!rows->failed() && (rows->nullGeometries() == 0 ||
                                     rows->nullGeometries() == storedNullGeometries(*ds_, *layer)))
@@ -478,8 +486,7 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
     }
 
     Read read;
-    read.rows.reserve(reserved);
-    FeatureAssembler out(fields, defaultTextColumn, read);
+    FeatureAssembler out(fields, defaultTextColumn, read, reserved);
     layer->ResetReading();
     for (auto& f : *layer) {
         FeatureKind kind = FeatureKind::Region;
@@ -499,7 +506,9 @@ MapStore::Read MapStore::readFeatures(const QString& name, const FieldList& fiel
                                      : f->GetStyleString();
         out.finish(f->GetFID(), QByteArrayView(styleChars ? styleChars : ""));
     }
-    if (CPLGetLastErrorType() >= CE_Failure && read.rows.empty() && layer->GetFeatureCount() > 0)
+    out.done();
+    if (CPLGetLastErrorType() >= CE_Failure && !read.columns && read.rows.empty() &&
+        layer->GetFeatureCount() > 0)
         unreadable(database_ ? database::shownSource(source_) : source_, lastGdalError());
     return read;
 }

@@ -11,6 +11,7 @@
 // moment and then give up with a clear message (PlanOccupe), and updates are sent in
 // batches at commit (batched_updates.h).
 
+#include "carto/model/feature_columns.h"
 #include "carto/model/feature_data.h"
 #include "carto/model/layer_info.h"
 #include "carto/storage/attribute_updates.h"
@@ -38,6 +39,8 @@ public:
     };
     using Rows = std::vector<std::pair<qint64, FeaturePtr>>;
     struct Read {
+        // The features read, in columns, and those the columns could not hold.
+        std::shared_ptr<const FeatureColumns> columns;
         Rows rows;
         // The column the text features' styles refer to ({column}), else the default
         // text column when the layer has it; empty when neither.
