@@ -4,8 +4,10 @@
 #include "carto/model/feature_columns.h"
 #include "carto/model/feature_store.h"
 #include "carto/model/map.h"
+#include "carto/model/update_access.h"
 
 #include <QDate>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using namespace carto;
@@ -32,6 +34,15 @@ void expectSame(const FeatureData& a, const FeatureData& b) {
     EXPECT_EQ(a.text, b.text);
     EXPECT_EQ(a.extent.x, b.extent.x);
     EXPECT_EQ(a.extent.y, b.extent.y);
+}
+
+// A layer of one text column, "Nom".
+Layer& layerOfNames(Map& map) {
+    LayerInfo info;
+    info.addParameter("Name", QStringLiteral("Plan"));
+    info.addParameter("Fields", FieldList{{"Nom", FieldType::Text, 0}});
+    info.addParameter("TableStorageType", QStringLiteral("MemTable"));
+    return map.addLayer(info);
 }
 
 std::vector<qint64> walk(const FeatureStore& s) {
@@ -183,11 +194,7 @@ TEST(FeatureStore, WalksColumnsAndChangesInFidOrderThroughEdits) {
 
 TEST(FeatureStore, FeaturesReadFromColumnsOutliveAReloadAndCopyOnWrite) {
     Map map;
-    LayerInfo info;
-    info.addParameter("Name", QStringLiteral("Plan"));
-    info.addParameter("Fields", FieldList{{"Nom", FieldType::Text, 0}});
-    info.addParameter("TableStorageType", QStringLiteral("MemTable"));
-    Layer& layer = map.addLayer(info);
+    Layer& layer = layerOfNames(map);
     layer.loadFeatures({{1, withValues(Feature::region({square(0, 0, 1)}), {"a"})},
                         {2, withValues(Feature::region({square(2, 0, 1)}), {"b"})}});
     ASSERT_TRUE(layer.columns());
@@ -209,4 +216,66 @@ TEST(FeatureStore, FeaturesReadFromColumnsOutliveAReloadAndCopyOnWrite) {
     EXPECT_EQ(kept.parts().size(), 1u);
     EXPECT_EQ(layer.feature(2).attribute(u"Nom"), "z");
     EXPECT_FALSE(layer.hasFeature(1));
+}
+
+TEST(FeatureStore, ManyChangesFoldBackIntoColumnsAndAFewDoNot) {
+    FeatureColumns::Rows rows;
+    for (int fid = 1; fid <= 4000; ++fid)
+        rows.emplace_back(fid, withValues(Feature::region({square(fid, 0, 1)}), {fid}));
+    FeatureStore s;
+    s.load(rows, 1);
+    const auto changeUpTo = [&](int last, int by) {
+        for (int fid = 1; fid <= last; ++fid)
+            s.put(fid, withValues(Feature::region({square(fid, 9, 1)}), {fid + by}));
+    };
+    changeUpTo(1000, 10000); // a quarter, but too few to be worth a fold
+    s.put(4001, withValues(Feature::symbol({0, 0}), {1, 2})); // never fits the columns
+    s.fold(1);
+    EXPECT_NE(s.at(500).held(), nullptr);
+
+    changeUpTo(1100, 20000);
+    const auto before = s.columns();
+    s.fold(1);
+    EXPECT_NE(s.columns(), before);
+    EXPECT_EQ(s.size(), 4001u);
+    EXPECT_EQ(s.at(500).held(), nullptr);
+    EXPECT_NE(s.at(4001).held(), nullptr);
+    EXPECT_EQ(s.at(500).attribute(0), QVariant(20500));
+    EXPECT_EQ(s.at(2000).attribute(0), QVariant(2000));
+    EXPECT_EQ(s.at(1100).bounds(), (Rect{1100, 9, 1101, 10}));
+    EXPECT_EQ(s.at(1101).bounds(), (Rect{1101, 0, 1102, 1}));
+    const std::vector<qint64> fids = walk(s);
+    ASSERT_EQ(fids.size(), 4001u);
+    EXPECT_TRUE(std::is_sorted(fids.begin(), fids.end()));
+    // What held the old columns still reads them.
+    EXPECT_EQ(before->attribute(size_t(before->rowOf(500)), 0), QVariant(500));
+}
+
+TEST(FeatureStore, ABracketOfManyUpdatesFoldsAndTheLayerReadsTheSame) {
+    Map map;
+    Layer& layer = layerOfNames(map);
+    FeatureColumns::Rows rows;
+    for (int fid = 1; fid <= 3000; ++fid)
+        rows.emplace_back(
+            fid, withValues(Feature::region({square(2 * fid, 0, 1)}), {QString::number(fid)}));
+    layer.loadFeatures(rows);
+    const auto loaded = layer.columns();
+    const Feature kept = layer.feature(7);
+    {
+        UpdateAccess access(map);
+        for (int fid = 1; fid <= 2000; ++fid) {
+            Feature f = layer.feature(fid);
+            f.setAttribute(u"Nom", QStringLiteral("n%1").arg(fid));
+            f.offset(0, 5);
+            layer.updateFeature(f);
+        }
+        access.commit();
+    }
+    EXPECT_NE(layer.columns(), loaded);
+    EXPECT_EQ(layer.featureCount(), 3000);
+    EXPECT_EQ(layer.feature(7).attribute(u"Nom"), "n7");
+    EXPECT_EQ(layer.feature(2500).attribute(u"Nom"), "2500");
+    EXPECT_EQ(kept.attribute(u"Nom"), "7");
+    EXPECT_EQ(layer.searchAtPoint({14.5, 5.5}).fids(), std::vector<qint64>{7});
+    EXPECT_EQ(layer.searchEqual(u"Nom", QStringLiteral("n1999")).fids(), std::vector<qint64>{1999});
 }

@@ -72,4 +72,23 @@ void FeatureStore::load(std::shared_ptr<const FeatureColumns> columns, FeatureCo
         put(fid, std::move(data));
 }
 
+void FeatureStore::fold(size_t columns) {
+    constexpr size_t kFewest = 1024; // below that, data of their own costs little
+    if (changed_.size() < kFewest || changed_.size() * 4 < size())
+        return;
+    FeatureColumns::Builder built(columns);
+    built.reserve(size());
+    std::map<qint64, FeaturePtr> left;
+    forEach([&](qint64 fid, const Ref& r) {
+        const FeaturePtr data = r.data();
+        if (!built.add(fid, *data))
+            left.emplace_hint(left.end(), fid, data);
+    });
+    // Renders and features that still hold the old columns keep them alive.
+    columns_ = built.finish();
+    live_ = columns_ ? columns_->size() : 0;
+    gone_.assign(live_, false);
+    changed_ = std::move(left);
+}
+
 } // namespace carto

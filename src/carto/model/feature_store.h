@@ -65,6 +65,9 @@ public:
     // Replaces every feature by those of the columns and the rows (which win when they
     // share a FID).
     void load(std::shared_ptr<const FeatureColumns> columns, FeatureColumns::Rows rows);
+    // Folds the features changed since the columns were made into new columns, once they
+    // are a quarter of all: each change then costs its data only until the next fold.
+    void fold(size_t columns);
     // Shared with renders, which read them on another thread.
     const std::shared_ptr<const FeatureColumns>& columns() const { return columns_; }
 

@@ -201,6 +201,8 @@ private:
     void requireBracket() const;
 
     void putInMemory(qint64 fid, FeaturePtr data);
+    // Once a bracket is over: changes folded back into columns when they are many.
+    void foldChanges() { features_.fold(fields_.size()); }
     // Keep the cached bounds of the layer as a feature's box comes or goes.
     void boundsAdded(const Rect& box);
     void boundsRemoved(const Rect& box);

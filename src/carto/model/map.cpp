@@ -350,6 +350,8 @@ void Map::closeBracket(std::size_t mark, bool keep) {
     journal_.clear();
     poisoned_ = false;
     depth_ = 0;
+    for (const auto& layer : layers_)
+        layer->foldChanges();
     // Taken before the changes are reported: a listener may open a bracket of its own.
     std::unique_ptr<Recording> step = std::move(recording_);
     flushChanges();
