@@ -166,13 +166,7 @@ bool operator==(ShapeView a, ShapeView b) {
 }
 
 bool operator==(const Shape& a, const Shape& b) {
-    if (a.parts_ != b.parts_ || a.points_ != b.points_)
-        return false;
-    const auto pa = a.points(), pb = b.points();
-    if (!std::equal(pa.begin(), pa.end(), pb.begin()))
-        return false;
-    const std::size_t kept = endsStored(a.parts_);
-    return kept == 0 || std::equal(a.ends(), a.ends() + kept, b.ends());
+    return a.view() == b.view();
 }
 
 } // namespace carto
